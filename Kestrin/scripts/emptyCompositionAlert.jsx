@@ -1,0 +1,1 @@
+alert('This composition is empty at the current time.', 'Nothing to Crop');

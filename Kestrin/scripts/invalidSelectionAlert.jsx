@@ -1,0 +1,1 @@
+alert('Kestrin can not run on the currently selected layer(s) or composition. Please modify your selection and try again', 'Invalid Selection')

@@ -1,0 +1,1 @@
+alert('There are no selected layers at the current time slider position.', 'No Layers to Crop');

@@ -1,0 +1,1 @@
+alert('An error has occurred, please try again.\n\n If you continue to receive this error, please contact us at @KESTRIN_SUPPORT_ADDRESS@', 'Could Not Run Kestrin From Panel', 2)
