@@ -1,0 +1,61 @@
+// Undo: every change is recorded with the way back and the way forth, old values stored as they were.
+
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace headless::model {
+
+class History {
+ public:
+    struct Change {
+        std::function<void()> undo;
+        std::function<void()> redo;
+    };
+    struct Step {
+        std::string name;
+        std::vector<Change> changes;
+    };
+
+    // Groups nest: the outermost names the step, and a group without a change leaves none.
+    void begin(const std::string& name);
+    // False when no group is open.
+    bool end();
+    int depth() const { return depth_; }
+
+    // Records a change that has been made; outside a group it is a step of its own.
+    void record(std::function<void()> undo, std::function<void()> redo);
+
+    // False when there is nothing to take back or to do again. Not while a group is open.
+    bool undo();
+    bool redo();
+    // Takes back the open group, or else everything down to the `count` steps that were done then, and
+    // forgets it.
+    void rollBackTo(std::size_t count);
+
+    const std::vector<Step>& done() const { return done_; }
+    // Another number after every change in either direction.
+    std::uint64_t revision() const { return revision_; }
+
+ private:
+    void takeBack(Step& step);
+    void push(Step step);
+
+    std::vector<Step> done_, undone_;
+    Step open_;
+    int depth_ = 0;
+    std::uint64_t revision_ = 0;
+};
+
+// Sets what `get()` refers to. `get` is kept for undo and must stay callable as long as the history.
+template <class Get, class Value>
+void setRecorded(History& history, Get get, Value value) {
+    history.record([get, old = get()] { get() = old; }, [get, value] { get() = value; });
+    get() = std::move(value);
+}
+
+}  // namespace headless::model

@@ -1,0 +1,25 @@
+// A layer's fields in its JSON object: reading them, and writing back those that have changed.
+
+#pragma once
+
+#include "model/Project.h"
+
+namespace headless::model {
+
+// Sets in `json` whatever `layer` (with `masks` and its parent's index) says otherwise than `asRead` does.
+// Members that did not change keep their form.
+void patchLayer(Json& json, const Layer& layer, const LayerData& asRead,
+                const std::vector<std::shared_ptr<Mask>>& masksAsRead, std::optional<int> parentAsRead);
+
+// A whole number is written without a fraction.
+Json jsonNumber(double value);
+
+// The number at json[key], or `otherwise` where there is none. Throws ProjectError naming path.key when
+// something else stands there.
+double numberAt(const Json& json, const char* key, double otherwise, const std::string& path);
+// The same, for what must be there.
+double requiredNumber(const Json& json, const char* key, const std::string& path);
+bool truthAt(const Json& json, const char* key);  // true, or a number other than 0
+std::string textAt(const Json& json, const char* key);
+
+}  // namespace headless::model

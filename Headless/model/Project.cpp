@@ -1,0 +1,83 @@
+#include "model/Project.h"
+
+#include <algorithm>
+#include <set>
+
+#include "model/LayerJson.h"
+
+namespace headless::model {
+
+Item* Project::item(ItemId id) const {
+    // Ids are given in order; only items that came and went make gaps.
+    const auto found = std::lower_bound(items.begin(), items.end(), id,
+                                        [](const ItemPtr& item, ItemId wanted) { return item->id < wanted; });
+    return found != items.end() && (*found)->id == id ? found->get() : nullptr;
+}
+
+Layer* Project::layer(LayerId id) const {
+    return id < layers_.size() ? layers_[id] : nullptr;
+}
+
+std::size_t Project::indexOf(const Layer& layer) const {
+    const auto& layers = layer.comp->layers;
+    if (layers.front().get() == &layer) {
+        return 0;
+    }
+    if (layers.back().get() == &layer) {
+        return layers.size() - 1;
+    }
+    const auto found = std::find_if(layers.begin(), layers.end(),
+                                    [&](const LayerPtr& other) { return other.get() == &layer; });
+    return static_cast<std::size_t>(found - layers.begin());
+}
+
+std::size_t Project::indexOf(const Item& item) const {
+    const auto found = std::lower_bound(items.begin(), items.end(), item.id,
+                                        [](const ItemPtr& other, ItemId wanted) { return other->id < wanted; });
+    return static_cast<std::size_t>(found - items.begin());
+}
+
+Item* Project::itemAfter(const Item& item) const {
+    const std::size_t next = indexOf(item) + 1;
+    return next < items.size() ? items[next].get() : nullptr;
+}
+
+std::string Project::nameOf(const Layer& layer) const {
+    if (!layer.name.empty()) {
+        return layer.name;
+    }
+    return layer.source != nullptr ? layer.source->name : "Layer " + std::to_string(indexOf(layer) + 1);
+}
+
+LayerId Project::newLayerId(Layer* layer) {
+    layers_.push_back(layer);
+    return static_cast<LayerId>(layers_.size() - 1);
+}
+
+void Project::setAlive(LayerId id, Layer* layer) {
+    layers_[id] = layer;
+}
+
+std::string Project::newAssetId(const std::string& wish) const {
+    std::set<std::string> taken;
+    for (const Json& asset : assets_) {
+        taken.insert(assetIdOf(asset));
+    }
+    for (const ItemPtr& item : items) {
+        if (item->comp) {
+            taken.insert(item->comp->assetId);
+        }
+    }
+    std::string id = wish;
+    for (int number = 2; taken.contains(id); ++number) {
+        id = wish + "_" + std::to_string(number);
+    }
+    return id;
+}
+
+std::string assetIdOf(const Json& asset) {
+    const auto id = asset.find("id");
+    return id != asset.end() && id->is_number() ? id->dump() : textAt(asset, "id");
+}
+
+}  // namespace headless::model

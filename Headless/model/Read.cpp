@@ -1,0 +1,644 @@
+// Reads a Lottie document into a project, and refuses whatever the host or the renderer could not bear:
+// missing references, cycles, and sizes, counts and depths beyond the limits below.
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <unordered_map>
+
+#include "model/LayerJson.h"
+
+namespace headless::model {
+
+namespace {
+
+constexpr int largestSize = 30'000;         // the host's own limit for a composition
+constexpr double largestNumber = 1e15;      // no coordinate, time or colour is anywhere near
+constexpr double largestFrame = 2'000'000;  // keeps every time inside the host's 32-bit values
+constexpr double largestFrameRate = 1'000;
+constexpr std::size_t deepestJson = 256;
+constexpr int deepestNesting = 20;                // beyond it the renderer draws nothing
+constexpr double mostExpandedLayers = 2'000'000;  // with each use of a composition counted anew
+
+[[noreturn]] void fail(const std::string& path, const std::string& what) {
+    throw ProjectError(path + ": " + what);
+}
+
+// Walks over the text and leaves its place where the reader can see it.
+struct PlaceIterator {
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = char;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const char*;
+    using reference = const char&;
+
+    const char* at = nullptr;
+    const char** place = nullptr;
+
+    reference operator*() const { return *at; }
+    PlaceIterator& operator++() {
+        *place = ++at;
+        return *this;
+    }
+    PlaceIterator operator++(int) {
+        PlaceIterator before = *this;
+        ++*this;
+        return before;
+    }
+    bool operator==(const PlaceIterator& other) const { return at == other.at; }
+    bool operator!=(const PlaceIterator& other) const { return at != other.at; }
+};
+
+int wholeSize(const Json& json, const char* key, const std::string& path) {
+    const double value = requiredNumber(json, key, path);
+    if (!(value >= 1 && value <= largestSize)) {
+        fail(path.empty() ? key : path + "." + key, "sizes go from 1 to " + std::to_string(largestSize));
+    }
+    return static_cast<int>(std::lround(value));
+}
+
+double frameRateAt(const Json& json, const char* key, const std::string& path) {
+    const double rate = requiredNumber(json, key, path);
+    if (!(rate > 0.01 && rate <= largestFrameRate)) {
+        fail(path.empty() ? key : path + "." + key, "frame rates go from above 0.01 to 1000");
+    }
+    return rate;
+}
+
+struct Range {
+    double first = 0, end = 0;
+    bool empty() const { return !(first < end); }
+    void merge(const Range& other) {
+        if (other.empty()) {
+            return;
+        }
+        *this = empty() ? other : Range{std::min(first, other.first), std::max(end, other.end)};
+    }
+};
+
+// The frames of its source that a use shows while its composition shows `shown`.
+Range shownThrough(const Layer& use, const Range& shown, double frameRate) {
+    const Range visible{std::max(use.inFrame, shown.first), std::min(use.outFrame, shown.end)};
+    if (visible.empty()) {
+        return {};
+    }
+    if (use.timeRemap) {
+        double low = use.timeRemap->value;
+        double high = low;
+        if (!use.timeRemap->keys.empty()) {
+            low = high = use.timeRemap->keys.front().value;
+            for (const ScalarKey& key : use.timeRemap->keys) {
+                const double end = key.end.value_or(key.value);
+                low = std::min({low, key.value, end});
+                high = std::max({high, key.value, end});
+            }
+        }
+        return {std::floor(low * frameRate), std::floor(high * frameRate) + 1};
+    }
+    const double a = (visible.first - use.startFrame) / use.stretch;
+    const double b = (visible.end - use.startFrame) / use.stretch;
+    return {std::floor(std::min(a, b)), std::ceil(std::max(a, b))};
+}
+
+}  // namespace
+
+class Reader {
+ public:
+    Reader(Project& project, const ReadOptions& options) : project_(project), options_(options) {}
+
+    void read() {
+        parse();
+        readRoot();
+        readAssets();
+        linkLayers();
+        nameComps();
+        findSizes();
+        const std::vector<Comp*> order = usersFirst();
+        checkExpansion(order);
+        findRanges(order);
+    }
+
+ private:
+    // A layers array: of the root, or of the asset with this place in the file.
+    struct LayerList {
+        int asset = -1;
+        std::deque<LayerPtr> layers;
+        std::vector<std::optional<int>> parents;
+    };
+
+    struct Level {
+        bool isArray = false;
+        std::string key;  // of an object: the member that is being read
+        int count = 0;    // of an array: elements begun
+    };
+
+    void parse() {
+        const std::string& text = project_.text_;
+        const char* place = text.data();
+        std::vector<Level> levels;
+        const char* layerBegin = nullptr;
+        const auto elementBegins = [&] {
+            if (!levels.empty() && levels.back().isArray) {
+                ++levels.back().count;
+            }
+        };
+        const auto callback = [&](int, Json::parse_event_t event, Json& parsed) {
+            switch (event) {
+                case Json::parse_event_t::object_start:
+                case Json::parse_event_t::array_start:
+                    elementBegins();
+                    if (levels.size() >= deepestJson) {
+                        throw ProjectError("the file is nested more than " + std::to_string(deepestJson) +
+                                           " levels deep");
+                    }
+                    levels.push_back({event == Json::parse_event_t::array_start, {}, 0});
+                    if (const int list = layerListAt(levels); list >= -1 && !levels.back().isArray) {
+                        layerBegin = place - 1;
+                    }
+                    return true;
+                case Json::parse_event_t::key:
+                    levels.back().key = parsed.get<std::string>();
+                    return true;
+                case Json::parse_event_t::value:
+                    elementBegins();
+                    if (parsed.is_number() && !(std::abs(parsed.get<double>()) <= largestNumber)) {
+                        throw ProjectError(lineOf(place) + ": the number " + parsed.dump() +
+                                           " is out of range");
+                    }
+                    return true;
+                case Json::parse_event_t::object_end:
+                case Json::parse_event_t::array_end: {
+                    const int list = levels.back().isArray ? notALayer : layerListAt(levels);
+                    if (list != notALayer) {
+                        takeLayer(list, parsed, {layerBegin, static_cast<std::size_t>(place - layerBegin)});
+                    }
+                    levels.pop_back();
+                    return list == notALayer;
+                }
+            }
+            return true;
+        };
+        try {
+            shell_ = Json::parse(PlaceIterator{text.data(), &place},
+                                 PlaceIterator{text.data() + text.size(), &place}, callback);
+        } catch (const Json::exception& error) {
+            std::string what = error.what();
+            if (const auto bracket = what.find("] "); bracket != std::string::npos) {
+                what.erase(0, bracket + 2);
+            }
+            throw ProjectError("this is not JSON: " + what);
+        }
+        if (!shell_.is_object() || !shell_.contains("layers") || !shell_["layers"].is_array()) {
+            throw ProjectError("this is JSON, but not a Lottie animation: it has no list of layers");
+        }
+    }
+
+    static constexpr int notALayer = -2;
+
+    // Which layer list the object on top of `levels` is an element of: -1 the root's, else the asset's place.
+    static int layerListAt(const std::vector<Level>& levels) {
+        const auto isList = [&](std::size_t i, const char* key) {
+            return !levels[i].isArray && levels[i].key == key && levels[i + 1].isArray;
+        };
+        if (levels.size() == 3 && isList(0, "layers")) {
+            return -1;
+        }
+        if (levels.size() == 5 && isList(0, "assets") && isList(2, "layers")) {
+            return levels[1].count - 1;
+        }
+        return notALayer;
+    }
+
+    std::string lineOf(const char* place) const {
+        return "line " + std::to_string(1 + std::count(static_cast<const char*>(project_.text_.data()), place, '\n'));
+    }
+
+    void takeLayer(int asset, const Json& json, std::string_view text) {
+        if (lists_.empty() || lists_.back().asset != asset) {
+            lists_.push_back({asset, {}, {}});
+        }
+        LayerList& list = lists_.back();
+        auto layer = std::make_shared<Layer>();
+        std::optional<int> parent;
+        readLayer(json, pathOf(list, list.layers.size()), *layer, layer->masks, parent);
+        layer->text = text;
+        layer->parentInText = parent;
+        list.layers.push_back(std::move(layer));
+        list.parents.push_back(parent);
+    }
+
+    static std::string pathOf(const LayerList& list, std::size_t index) {
+        const std::string layer = "layers[" + std::to_string(index) + "]";
+        return list.asset < 0 ? layer : "assets[" + std::to_string(list.asset) + "]." + layer;
+    }
+
+    Comp& addComp(Json shell, const std::string& assetId) {
+        auto item = std::make_shared<Item>();
+        item->id = project_.newItemId();
+        item->kind = Item::Kind::Comp;
+        item->comp = std::make_unique<Comp>();
+        Comp& comp = *item->comp;
+        comp.item = item.get();
+        comp.assetId = assetId;
+        comp.shell = std::move(shell);
+        project_.items.push_back(std::move(item));
+        return comp;
+    }
+
+    void readRoot() {
+        Json assets;
+        if (const auto found = shell_.find("assets"); found != shell_.end()) {
+            assets = std::move(*found);
+            *found = Json::array();
+        }
+        if (!assets.is_null() && !assets.is_array()) {
+            fail("assets", "a list is needed here");
+        }
+        for (Json& asset : assets) {
+            project_.assets_.push_back(std::move(asset));
+        }
+        if (!shell_["layers"].empty()) {
+            fail("layers[" + std::to_string(shell_["layers"].size() - 1) + "]", "a layer must be an object");
+        }
+        Comp& root = addComp(std::move(shell_), "");
+        root.item->size = {wholeSize(root.shell, "w", ""), wholeSize(root.shell, "h", "")};
+        root.frameRate = frameRateAt(root.shell, "fr", "");
+        root.firstFrame = requiredNumber(root.shell, "ip", "");
+        root.endFrame = requiredNumber(root.shell, "op", "");
+        if (!(std::abs(root.firstFrame) <= largestFrame && std::abs(root.endFrame) <= largestFrame)) {
+            fail("op", "times go up to frame " + std::to_string(static_cast<int>(largestFrame)));
+        }
+        if (!(root.firstFrame < root.endFrame)) {
+            fail("op", "the animation ends before it begins");
+        }
+    }
+
+    void readAssets() {
+        for (std::size_t i = 0; i < project_.assets_.size(); ++i) {
+            Json& asset = project_.assets_[i];
+            const std::string path = "assets[" + std::to_string(i) + "]";
+            if (!asset.is_object()) {
+                fail(path, "an asset must be an object");
+            }
+            const std::string id = assetIdOf(asset);
+            if (id.empty()) {
+                continue;  // fonts and the like may stand here without an id; nothing can refer to them
+            }
+            Item* item = nullptr;
+            if (asset.contains("layers")) {
+                if (!asset["layers"].is_array() || !asset["layers"].empty()) {
+                    fail(path + ".layers", "a list of objects is needed here");
+                }
+                Comp& comp = addComp(asset, id);
+                comp.frameRate =
+                    asset.contains("fr") ? frameRateAt(asset, "fr", path) : project_.root().frameRate;
+                item = comp.item;
+            } else {
+                auto image = std::make_shared<Item>();
+                image->id = project_.newItemId();
+                image->kind = asset.contains("w") ? Item::Kind::Image : Item::Kind::Audio;
+                image->name = textAt(asset, "nm").empty() ? id : textAt(asset, "nm");
+                image->size = {static_cast<int>(numberAt(asset, "w", 0, path)),
+                               static_cast<int>(numberAt(asset, "h", 0, path))};
+                checkImage(asset, path);
+                item = image.get();
+                project_.items.push_back(std::move(image));
+            }
+            if (!assetItems_.emplace(id, item).second) {
+                fail(path + ".id", "a second asset with the id \"" + id + "\"");
+            }
+            assetOfPlace_[static_cast<int>(i)] = item;
+        }
+    }
+
+    // A picture is inside the file, or under the folder that the person allowed.
+    void checkImage(const Json& asset, const std::string& path) const {
+        const std::string file = textAt(asset, "u") + textAt(asset, "p");
+        if (!asset.contains("w") || file.empty() || file.starts_with("data:") ||
+            textAt(asset, "p").starts_with("data:")) {
+            return;
+        }
+        if (!options_.imageFolder) {
+            fail(path, "the picture \"" + file +
+                           "\" lies outside the file; name the folder it may be read from (--images)");
+        }
+        const auto inside = (*options_.imageFolder / file)
+                                .lexically_normal()
+                                .lexically_relative(options_.imageFolder->lexically_normal());
+        if (std::filesystem::path(file).is_absolute() || inside.empty() || *inside.begin() == "..") {
+            fail(path, "the picture \"" + file + "\" lies outside the folder that pictures may be read from");
+        }
+    }
+
+    Item& addSource(Item::Kind kind, const Layer& layer, Size size, const char* name) {
+        auto item = std::make_shared<Item>();
+        item->id = project_.newItemId();
+        item->kind = kind;
+        item->name = layer.name.empty() ? name : layer.name;
+        item->size = size;
+        project_.items.push_back(std::move(item));
+        return *project_.items.back();
+    }
+
+    void linkLayers() {
+        for (LayerList& list : lists_) {
+            Item* item = list.asset < 0 ? project_.items.front().get() : assetOfPlace_[list.asset];
+            if (item == nullptr) {
+                continue;  // layers of an asset without an id: nothing shows them
+            }
+            Comp& comp = *item->comp;
+            if (comp.layersInText > 0) {
+                fail(pathOf(list, 0), "a second list of layers");
+            }
+            std::unordered_map<int, Layer*> byIndex;
+            for (std::size_t i = 0; i < list.layers.size(); ++i) {
+                Layer& layer = *list.layers[i];
+                layer.id = project_.newLayerId(&layer);
+                layer.comp = &comp;
+                if (layer.index) {
+                    byIndex.emplace(*layer.index, &layer);
+                }
+                findSource(layer, pathOf(list, i));
+            }
+            for (std::size_t i = 0; i < list.layers.size(); ++i) {
+                if (!list.parents[i]) {
+                    continue;
+                }
+                const auto parent = byIndex.find(*list.parents[i]);
+                if (parent == byIndex.end()) {
+                    fail(pathOf(list, i) + ".parent",
+                         "there is no layer with the index " + std::to_string(*list.parents[i]));
+                }
+                list.layers[i]->parent = parent->second;
+                parent->second->children.push_back(list.layers[i].get());
+            }
+            checkParents(list);
+            comp.layersInText = list.layers.size();
+            comp.layers = std::move(list.layers);
+        }
+    }
+
+    void findSource(Layer& layer, const std::string& path) {
+        switch (layer.type) {
+            case LayerType::Precomp:
+            case LayerType::Image:
+            case LayerType::Audio: {
+                const auto found = assetItems_.find(layer.reference);
+                if (found == assetItems_.end()) {
+                    if (layer.type == LayerType::Audio) {
+                        return;
+                    }
+                    fail(path + ".refId", "there is no asset \"" + layer.reference + "\"");
+                }
+                if ((layer.type == LayerType::Precomp) != (found->second->kind == Item::Kind::Comp)) {
+                    fail(path + ".refId",
+                         "the asset \"" + layer.reference + "\" is of another kind than the layer");
+                }
+                layer.source = found->second;
+                if (layer.type == LayerType::Precomp &&
+                    (layer.useSize.width < 0 || layer.useSize.width > largestSize || layer.useSize.height < 0 ||
+                     layer.useSize.height > largestSize)) {
+                    fail(path + ".w", "sizes go from 1 to " + std::to_string(largestSize));
+                }
+                break;
+            }
+            case LayerType::Solid:
+                layer.source = &addSource(Item::Kind::Solid, layer, layer.useSize, "Solid");
+                break;
+            case LayerType::Null:
+                layer.source = &addSource(Item::Kind::Null, layer, {100, 100}, "Null");
+                break;
+            default:
+                break;
+        }
+    }
+
+    static void checkParents(const LayerList& list) {
+        enum : unsigned char { unknown, walking, fine };
+        std::unordered_map<const Layer*, unsigned char> state;
+        for (std::size_t i = 0; i < list.layers.size(); ++i) {
+            std::vector<const Layer*> chain;
+            const Layer* layer = list.layers[i].get();
+            for (; layer != nullptr && layer->parent != nullptr && state[layer] == unknown;
+                 layer = layer->parent) {
+                state[layer] = walking;
+                chain.push_back(layer);
+            }
+            if (layer != nullptr && state[layer] == walking) {
+                fail(pathOf(list, i) + ".parent", "the parents form a circle");
+            }
+            for (const Layer* seen : chain) {
+                state[seen] = fine;
+            }
+        }
+    }
+
+    // Own name, else that of the first use, else the id; a name taken already gets a number.
+    void nameComps() {
+        std::unordered_map<const Item*, std::string> firstUse;
+        for (const ItemPtr& item : project_.items) {
+            if (item->comp) {
+                for (const LayerPtr& layer : item->comp->layers) {
+                    if (layer->source != nullptr && layer->source->comp && !layer->name.empty()) {
+                        firstUse.emplace(layer->source, layer->name);
+                    }
+                }
+            }
+        }
+        std::set<std::string> taken;
+        std::unordered_map<std::string, int> lastNumber;  // that a name was given
+        for (const ItemPtr& item : project_.items) {
+            if (!item->comp) {
+                continue;
+            }
+            Comp& comp = *item->comp;
+            comp.nameInText = textAt(comp.shell, "nm");
+            std::string name = comp.nameInText;
+            if (name.empty()) {
+                name = comp.assetId.empty() ? options_.name : firstUse[item.get()];
+            }
+            if (name.empty()) {
+                name = comp.assetId.empty() ? "Main" : comp.assetId;
+            }
+            item->name = name;
+            while (!taken.insert(item->name).second) {
+                item->name = name + " " + std::to_string(++lastNumber.try_emplace(name, 1).first->second);
+            }
+        }
+    }
+
+    // A precomp is as large as its users state; where they disagree, as the largest.
+    void findSizes() {
+        for (const ItemPtr& item : project_.items) {
+            if (!item->comp) {
+                continue;
+            }
+            for (const LayerPtr& layer : item->comp->layers) {
+                if (layer->source != nullptr && layer->source->comp) {
+                    Size& size = layer->source->size;
+                    size = {std::max(size.width, layer->useSize.width),
+                            std::max(size.height, layer->useSize.height)};
+                }
+            }
+        }
+        for (const ItemPtr& item : project_.items) {
+            if (item->comp && (item->size.width == 0 || item->size.height == 0)) {
+                // Nothing uses it, or its users state no size.
+                const Json& shell = item->comp->shell;
+                item->size = shell.contains("w") && shell.contains("h")
+                                 ? Size{wholeSize(shell, "w", item->name), wholeSize(shell, "h", item->name)}
+                                 : project_.root().item->size;
+            }
+        }
+    }
+
+    // Compositions so that each comes behind all that use it. Refuses circles and too deep nesting.
+    std::vector<Comp*> usersFirst() const {
+        std::unordered_map<const Comp*, int> uses;
+        std::unordered_map<const Comp*, int> depth;
+        forEachUse([&](const Comp&, const Layer& use) { ++uses[use.source->comp.get()]; });
+        std::vector<Comp*> order;
+        std::size_t comps = 0;
+        for (const ItemPtr& item : project_.items) {
+            if (item->comp) {
+                ++comps;
+                if (uses[item->comp.get()] == 0) {
+                    order.push_back(item->comp.get());
+                }
+            }
+        }
+        for (std::size_t i = 0; i < order.size(); ++i) {
+            for (const LayerPtr& layer : order[i]->layers) {
+                if (layer->source == nullptr || !layer->source->comp) {
+                    continue;
+                }
+                Comp* used = layer->source->comp.get();
+                depth[used] = std::max(depth[used], depth[order[i]] + 1);
+                if (depth[used] > deepestNesting) {
+                    fail(
+                        "composition \"" + layer->source->name + "\"",
+                        "compositions are nested more than " + std::to_string(deepestNesting) + " levels deep");
+                }
+                if (--uses[used] == 0) {
+                    order.push_back(used);
+                }
+            }
+        }
+        if (order.size() != comps) {
+            for (const ItemPtr& item : project_.items) {
+                if (item->comp && uses[item->comp.get()] > 0) {
+                    fail("composition \"" + item->name + "\"",
+                         "it contains itself, directly or through others");
+                }
+            }
+        }
+        return order;
+    }
+
+    template <class Do>
+    void forEachUse(Do&& action) const {
+        for (const ItemPtr& item : project_.items) {
+            if (item->comp) {
+                for (const LayerPtr& layer : item->comp->layers) {
+                    if (layer->source != nullptr && layer->source->comp) {
+                        action(*item->comp, *layer);
+                    }
+                }
+            }
+        }
+    }
+
+    static void checkExpansion(const std::vector<Comp*>& usersFirstOrder) {
+        std::unordered_map<const Comp*, double> expanded;
+        for (auto comp = usersFirstOrder.rbegin(); comp != usersFirstOrder.rend(); ++comp) {
+            double& count = expanded[*comp];
+            count = static_cast<double>((*comp)->layers.size());
+            for (const LayerPtr& layer : (*comp)->layers) {
+                if (layer->source != nullptr && layer->source->comp) {
+                    count += expanded[layer->source->comp.get()];
+                }
+            }
+            if (count > mostExpandedLayers) {
+                fail("composition \"" + (*comp)->item->name + "\"",
+                     "with all that it nests it shows more than " +
+                         std::to_string(static_cast<int>(mostExpandedLayers)) + " layers");
+            }
+        }
+    }
+
+    void findRanges(const std::vector<Comp*>& usersFirstOrder) {
+        const double rate = project_.root().frameRate;
+        std::unordered_map<const Comp*, Range> ranges;
+        for (Comp* comp : usersFirstOrder) {
+            Range& range = ranges[comp];
+            if (comp == &project_.root()) {
+                range = {comp->firstFrame, comp->endFrame};
+            } else if (range.empty()) {
+                for (const LayerPtr& layer : comp->layers) {
+                    range.merge({std::floor(layer->inFrame), std::ceil(layer->outFrame)});
+                }
+                if (range.empty()) {
+                    range = {0, 1};
+                }
+            }
+            if (!(std::abs(range.first) <= largestFrame && range.end - range.first <= largestFrame)) {
+                fail("composition \"" + comp->item->name + "\"", "its times are out of range");
+            }
+            comp->firstFrame = range.first;
+            comp->endFrame = range.end;
+            for (const LayerPtr& layer : comp->layers) {
+                if (layer->source != nullptr && layer->source->comp) {
+                    ranges[layer->source->comp.get()].merge(shownThrough(*layer, range, rate));
+                }
+            }
+        }
+    }
+
+    Project& project_;
+    const ReadOptions& options_;
+    Json shell_;
+    std::vector<LayerList> lists_;
+    std::unordered_map<std::string, Item*> assetItems_;
+    std::unordered_map<int, Item*> assetOfPlace_;
+};
+
+std::unique_ptr<Project> Project::read(std::string text, const ReadOptions& options) {
+    auto project = std::make_unique<Project>();
+    project->text_ = std::move(text);
+    Reader(*project, options).read();
+    project->itemsInText_ = project->items.size();
+    return project;
+}
+
+std::unique_ptr<Project> Project::open(const std::filesystem::path& file, const ReadOptions& options) {
+    std::error_code error;
+    if (!std::filesystem::exists(file, error)) {
+        throw ProjectError(file.string() + ": there is no such file");
+    }
+    if (!std::filesystem::is_regular_file(file, error)) {
+        throw ProjectError(file.string() + ": this is not a file");
+    }
+    std::ifstream in(file, std::ios::binary);
+    std::string text;
+    if (in) {
+        text.resize(std::filesystem::file_size(file, error));
+        in.read(text.data(), static_cast<std::streamsize>(text.size()));
+        text.resize(static_cast<std::size_t>(in.gcount()));
+    }
+    if (!in && !in.eof()) {
+        throw ProjectError(file.string() + ": the file cannot be read");
+    }
+    ReadOptions named = options;
+    if (named.name.empty()) {
+        named.name = file.stem().string();
+    }
+    try {
+        return read(std::move(text), named);
+    } catch (const ProjectError& problem) {
+        throw ProjectError(file.string() + ": " + problem.what());
+    }
+}
+
+}  // namespace headless::model

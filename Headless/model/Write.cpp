@@ -1,0 +1,234 @@
+// Writes a project: the text of every layer that is as the file has it, and a patched copy of the others.
+
+#include <algorithm>
+#include <unordered_set>
+
+#include "model/LayerJson.h"
+
+namespace headless::model {
+
+namespace {
+
+struct LayerAsRead {
+    LayerData data;
+    std::vector<std::shared_ptr<Mask>> masks;
+    std::optional<int> parent;
+};
+
+LayerAsRead readBack(const Json& json) {
+    LayerAsRead result;
+    readLayer(json, "layer", result.data, result.masks, result.parent);
+    return result;
+}
+
+// The object of a layer that the file does not have.
+Json newLayerJson(const Layer& layer) {
+    Json json = {{"ddd", layer.threeD ? 1 : 0},
+                 {"ty", static_cast<int>(layer.type)},
+                 {"nm", layer.name},
+                 {"sr", jsonNumber(layer.stretch)}};
+    if (!layer.reference.empty()) {
+        json["refId"] = layer.reference;
+    }
+    if (layer.type == LayerType::Precomp) {
+        json["w"] = layer.useSize.width;
+        json["h"] = layer.useSize.height;
+    }
+    json["ks"] = {{"o", {{"a", 0}, {"k", 100}}},
+                  {"r", {{"a", 0}, {"k", 0}}},
+                  {"p", {{"a", 0}, {"k", {0, 0, 0}}}},
+                  {"a", {{"a", 0}, {"k", {0, 0, 0}}}},
+                  {"s", {{"a", 0}, {"k", {100, 100, 100}}}}};
+    json["ao"] = 0;
+    json["ip"] = jsonNumber(layer.inFrame);
+    json["op"] = jsonNumber(layer.outFrame);
+    json["st"] = jsonNumber(layer.startFrame);
+    json["bm"] = 0;
+    return json;
+}
+
+}  // namespace
+
+Json Project::layerJson(const Layer& layer) const {
+    Json json = layer.text.empty() ? newLayerJson(layer) : Json::parse(layer.text);
+    if (layer.touched) {
+        const LayerAsRead before = readBack(json);
+        patchLayer(json, layer, before.data, before.masks, before.parent);
+    }
+    return json;
+}
+
+bool Project::isAsText(const Layer& layer) const {
+    if (!layer.touched) {
+        return true;
+    }
+    if (layer.text.empty()) {
+        return false;
+    }
+    const LayerAsRead before = readBack(Json::parse(layer.text));
+    const bool sameParent = layer.parent != nullptr ? before.parent == layer.parent->index : !before.parent;
+    return before.data == layer && sameParent &&
+           std::equal(before.masks.begin(), before.masks.end(), layer.masks.begin(), layer.masks.end(),
+                      [](const auto& a, const auto& b) { return *a == *b; });
+}
+
+bool Project::differsFromText() const {
+    if (items.size() != itemsInText_) {
+        return true;
+    }
+    const auto& root = this->root();
+    if (Size{static_cast<int>(root.shell["w"].get<double>() + 0.5),
+             static_cast<int>(root.shell["h"].get<double>() + 0.5)} != root.item->size) {
+        return true;
+    }
+    for (const ItemPtr& item : items) {
+        if (!item->comp) {
+            continue;
+        }
+        const Comp& comp = *item->comp;
+        if (comp.layers.size() != comp.layersInText || (comp.nameGiven && item->name != comp.nameInText)) {
+            return true;
+        }
+        const char* place = nullptr;
+        for (const LayerPtr& layer : comp.layers) {
+            // The texts of layers in their first order follow each other.
+            if (layer->text.data() < place || !isAsText(*layer)) {
+                return true;
+            }
+            place = layer->text.data();
+        }
+    }
+    return false;
+}
+
+void Project::writeLayers(const Comp& comp, std::string& out) const {
+    out += '[';
+    const char* separator = "";
+    for (const LayerPtr& layer : comp.layers) {
+        out += separator;
+        separator = ",";
+        if (isAsText(*layer)) {
+            out += layer->text;
+        } else {
+            out += layerJson(*layer).dump();
+        }
+    }
+    out += ']';
+}
+
+void Project::writeComp(const Comp& comp, std::string& out) const {
+    const bool isRoot = comp.assetId.empty();
+    Json shell = comp.shell;
+    if (isRoot && comp.item->size != Size{static_cast<int>(shell["w"].get<double>() + 0.5),
+                                          static_cast<int>(shell["h"].get<double>() + 0.5)}) {
+        shell["w"] = comp.item->size.width;
+        shell["h"] = comp.item->size.height;
+    }
+    if (comp.nameGiven) {
+        shell["nm"] = comp.item->name;
+    }
+    if (!isRoot) {
+        shell["id"] = comp.assetId;
+    } else if (!shell.contains("assets")) {
+        shell["assets"] = Json::array();
+    }
+    out += '{';
+    const char* separator = "";
+    for (const auto& [key, value] : shell.items()) {
+        out += separator;
+        separator = ",";
+        out += Json(key).dump() + ":";
+        if (key == "layers") {
+            writeLayers(comp, out);
+        } else if (isRoot && key == "assets") {
+            writeAssets(out);
+        } else {
+            out += value.dump();
+        }
+    }
+    out += '}';
+}
+
+void Project::writeAssets(std::string& out) const {
+    std::unordered_map<std::string, const Comp*> comps;
+    for (const ItemPtr& item : items) {
+        if (item->comp && !item->comp->assetId.empty()) {
+            comps.emplace(item->comp->assetId, item->comp.get());
+        }
+    }
+    out += '[';
+    const char* separator = "";
+    const auto writeNext = [&](auto&& write) {
+        out += separator;
+        separator = ",";
+        write();
+    };
+    for (const Json& asset : assets_) {
+        if (!asset.contains("layers")) {
+            writeNext([&] { out += asset.dump(); });
+            continue;
+        }
+        if (const auto comp = comps.find(assetIdOf(asset)); comp != comps.end()) {
+            writeNext([&] { writeComp(*comp->second, out); });
+            comps.erase(comp);
+        }
+    }
+    for (const ItemPtr& item : items) {  // those that came later
+        if (item->comp && comps.contains(item->comp->assetId)) {
+            writeNext([&] { writeComp(*item->comp, out); });
+        }
+    }
+    out += ']';
+}
+
+std::string Project::write() const {
+    if (!differsFromText()) {
+        return text_;
+    }
+    std::string out;
+    out.reserve(text_.size() + text_.size() / 8);
+    writeComp(root(), out);
+    return out;
+}
+
+Json Project::documentOf(const Comp& comp) const {
+    const Json& rootShell = root().shell;
+    Json document = {{"v", rootShell.contains("v") ? rootShell["v"] : Json("5.5.0")},
+                     {"fr", root().frameRate},
+                     {"ip", comp.firstFrame},
+                     {"op", comp.endFrame},
+                     {"w", comp.item->size.width},
+                     {"h", comp.item->size.height},
+                     {"layers", Json::array()},
+                     {"assets", Json::array()}};
+    std::unordered_set<const Item*> reached;
+    std::vector<const Item*> waiting;
+    std::unordered_set<std::string> images;
+    const auto addLayers = [&](const Comp& from, Json& list) {
+        for (const LayerPtr& layer : from.layers) {
+            list.push_back(layerJson(*layer));
+            if (layer->source != nullptr && layer->source->comp && reached.insert(layer->source).second) {
+                waiting.push_back(layer->source);
+            } else if (layer->type == LayerType::Image) {
+                images.insert(layer->reference);
+            }
+        }
+    };
+    addLayers(comp, document["layers"]);
+    while (!waiting.empty()) {
+        const Comp& next = *waiting.back()->comp;
+        waiting.pop_back();
+        Json layers = Json::array();
+        addLayers(next, layers);
+        Json shell = {{"id", next.assetId}, {"layers", std::move(layers)}};
+        document["assets"].push_back(std::move(shell));
+    }
+    for (const Json& asset : assets_) {
+        if (!asset.contains("layers") && images.contains(assetIdOf(asset))) {
+            document["assets"].push_back(asset);
+        }
+    }
+    return document;
+}
+
+}  // namespace headless::model
