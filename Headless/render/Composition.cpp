@@ -1,0 +1,267 @@
+#include "render/Composition.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <utility>
+
+namespace headless::render {
+namespace {
+
+enum LayerType { precomp = 0, solid = 1, image = 2, null = 3, shape = 4 };
+
+bool isEndlessUse(const Layers& layers) {
+    return layers.size() == 1 && layers[0]["ty"] == precomp && layers[0]["ip"] == -Clock::ever &&
+           layers[0]["op"] == Clock::ever;
+}
+
+std::optional<Matte> matteOf(const Json& layer) {
+    const double type = numberOr(layer, "tt", 0);
+    if (type != 1 && type != 2 && type != 3 && type != 4) return std::nullopt;
+    return static_cast<Matte>(static_cast<int>(type));
+}
+
+bool isInverted(Matte matte) {
+    return matte == Matte::InvertedAlpha || matte == Matte::InvertedLuma;
+}
+
+}  // namespace
+
+void Library::rename(const Json& asset) {
+    const Json& id = memberOf(asset, "id");
+    names_.emplace(id.is_string() ? id.get<std::string>() : id.dump(), "a" + std::to_string(names_.size()));
+}
+
+std::optional<std::string> Library::nameOf(const Json& reference) const {
+    const auto found = names_.find(reference.is_string() ? reference.get<std::string>() : reference.dump());
+    if (found == names_.end()) return std::nullopt;
+    return found->second;
+}
+
+std::string Library::add(Json layers) {
+    std::string name = "w" + std::to_string(added_++);
+    put({{"id", name}, {"layers", std::move(layers)}});
+    return name;
+}
+
+double Library::stepAt(double seconds) {
+    // The renderer cuts a remapped time off to whole steps; a little more keeps whole steps what they are.
+    const double step = Clock().step(seconds * framesPerSecond_) + 0.05;
+    lastStep_ = std::max(lastStep_, step);
+    return step;
+}
+
+Composition::Composition(const Json& layers, const Clock& clock, Library& library)
+    : layers_(layers), clock_(clock), library_(library) {
+    for (std::size_t index = 0; index < layers_.size(); ++index) {
+        const Json& number = memberOf(layers_[index], "ind");
+        if (number.is_number()) indices_.emplace(number.get<double>(), index);
+    }
+}
+
+Json Composition::drawn() {
+    Layers result;
+    for (std::size_t index = 0; index < layers_.size(); ++index) {
+        if (isSet(layers_[index], "hd") || !standsForItself(index)) continue;
+        Layers layers = matted(index);
+        std::move(layers.begin(), layers.end(), std::back_inserter(result));
+    }
+    return withParents(std::move(result));
+}
+
+std::optional<std::size_t> Composition::parentOf(std::size_t index) const {
+    const Json& parent = memberOf(layers_[index], "parent");
+    if (!parent.is_number()) return std::nullopt;
+    const auto found = indices_.find(parent.get<double>());
+    if (found == indices_.end() || found->second == index) return std::nullopt;
+    return found->second;
+}
+
+std::optional<std::size_t> Composition::matteSourceOf(std::size_t index) const {
+    if (!matteOf(layers_[index])) return std::nullopt;
+    const Json& stated = memberOf(layers_[index], "tp");
+    if (!stated.is_number()) return index > 0 ? std::optional(index - 1) : std::nullopt;
+    const auto found = indices_.find(stated.get<double>());
+    if (found == indices_.end() || found->second == index) return std::nullopt;
+    return found->second;
+}
+
+// A matte source is drawn for its target only; named by number it may be a layer like others.
+bool Composition::standsForItself(std::size_t index) const {
+    if (isSet(layers_[index], "td")) return false;
+    const std::size_t below = index + 1;
+    return below == layers_.size() || matteSourceOf(below) != index ||
+           memberOf(layers_[below], "tp").is_number();
+}
+
+// A layer of that type in the place of layer `index`.
+Json Composition::placed(std::size_t index, int type, bool withOpacity) const {
+    const Json& layer = layers_[index];
+    const bool deep = isSet(layer, "ddd");
+    // `ddd` decides how the renderer reads `ks`, and must be there and come first.
+    Json result{{"ddd", deep ? 1 : 0}, {"ty", type}, {"ip", -Clock::ever}, {"op", Clock::ever}, {"st", 0}};
+    if (const auto parent = parentOf(index)) result["parent"] = *parent;
+    if (isSet(layer, "ao")) result["ao"] = 1;
+    result["ks"] = rewrittenTransform(memberOf(layer, "ks"), deep ? Space::Deep : Space::Flat, clock_);
+    if (!withOpacity) result["ks"].erase("o");
+    return result;
+}
+
+Json Composition::content(std::size_t index) const {
+    const Json& layer = layers_[index];
+    const int type = static_cast<int>(std::clamp(numberOr(layer, "ty", null), -1.0, 99.0));
+    if (type != precomp && type != solid && type != image && type != shape) return nullptr;
+
+    Json result = placed(index, type, true);
+    result["ip"] = clock_.firstStepFrom(numberOr(layer, "ip", -Clock::ever));
+    result["op"] = clock_.firstStepFrom(numberOr(layer, "op", Clock::ever));
+    if (type == precomp || type == image) {
+        const auto name = library_.nameOf(memberOf(layer, "refId"));
+        if (!name) return nullptr;
+        result["refId"] = *name;
+    }
+    if (type == precomp) {
+        rewriteMembers(result, layer, {{"w", Kind::Integer}, {"h", Kind::Integer}}, clock_);
+        if (memberOf(layer, "tm").is_object()) {
+            result["tm"] = timeRemap(layer);
+        } else {
+            result["st"] = clock_.wholeStep(numberOr(layer, "st", 0));
+            const double stretch = numberOr(layer, "sr", 1);
+            if (stretch != 0) result["sr"] = stretch;
+        }
+    } else if (type == solid) {
+        rewriteMembers(result, layer, {{"sw", Kind::Integer}, {"sh", Kind::Integer}}, clock_);
+        if (const Json& colour = memberOf(layer, "sc"); colour.is_string()) result["sc"] = colour;
+    } else if (type == shape) {
+        result["shapes"] = rewrittenShapes(memberOf(layer, "shapes"), clock_);
+    }
+    return result;
+}
+
+// The document's second is one step, so that no rate rounds a time. A time that does not change must be keyed
+// to count.
+Json Composition::timeRemap(const Json& layer) const {
+    const double out = numberOr(layer, "op", Clock::ever) * Clock::stepsPerFrame;
+    const auto convert = [&](Json& seconds) {
+        double step = library_.stepAt(seconds.get<double>());
+        // The end of the layer, shown by name, is its last moment.
+        if (std::abs(step - out) < 0.1) step -= 1;
+        seconds = step;
+    };
+    Json remap = rewritten(memberOf(layer, "tm"), Kind::Scalar, clock_);
+    if (remap.is_null()) remap = {{"k", 0}};
+    if (remap["k"].is_number()) {
+        const Json value = Json::array({remap["k"]});
+        remap["k"] = Json::array({{{"t", 0}, {"s", value}, {"e", value}, {"h", 1}}});
+    }
+    for (Json& key : remap["k"]) {
+        convert(key["s"][0]);
+        convert(key["e"][0]);
+    }
+    return remap;
+}
+
+Layers Composition::masked(std::size_t index) {
+    Json layer = content(index);
+    if (layer.is_null()) return {};
+    const std::vector<const Json*> masks = masksOf(layers_[index]);
+    if (masks.empty()) return {std::move(layer)};
+    if (isPlain(masks)) {
+        Json mask{{"mode", "a"}};
+        rewriteMembers(mask, *masks.front(), {{"pt", Kind::Path}}, clock_);
+        layer["hasMask"] = true;
+        layer["masksProperties"] = Json::array({std::move(mask)});
+        return {std::move(layer)};
+    }
+
+    const MaskTools tools{
+        .draw =
+            [&](const Json& mask, const Json& opacity) {
+                Json drawing = placed(index, shape, false);
+                const Json area{{"ty", "sh"}, {"ks", rewritten(memberOf(mask, "pt"), Kind::Path, clock_)}};
+                Json fill{{"ty", "fl"}};
+                rewriteMembers(fill, {{"o", opacity}}, {{"o", Kind::Scalar}}, clock_);
+                drawing["shapes"] = Json::array({area, std::move(fill)});
+                return drawing;
+            },
+        .matted = [&](Layers target, Layers source,
+                      Matte matte) { return matted(std::move(target), std::move(source), matte); },
+        .faded =
+            [&](Layers faded, const Json& opacity) {
+                Json result = endlessUse(std::move(faded));
+                rewriteMembers(result["ks"], {{"o", opacity}}, {{"o", Kind::Scalar}}, clock_);
+                return Layers{std::move(result)};
+            },
+    };
+    return throughMasks({std::move(layer)}, masks, tools);
+}
+
+Layers Composition::matted(std::size_t index) {
+    const auto source = matteSourceOf(index);
+    if (!source || open_.contains(*source)) return masked(index);
+    if (!sources_.contains(*source)) {
+        open_.insert(*source);
+        Layers layers = matted(*source);
+        open_.erase(*source);
+        // Written once, shown to each target.
+        if (!layers.empty()) layers = {endlessUse(std::move(layers))};
+        sources_[*source] = std::move(layers);
+    }
+    return matted(masked(index), sources_[*source], *matteOf(layers_[index]));
+}
+
+// A target with a single paint would vanish, an inverted matte vanishes outside its source's time, and the
+// renderer knows only a matte directly above. So both become compositions. They are visible at the same times,
+// because one that is updated and not drawn shows an old frame later.
+Layers Composition::matted(Layers target, Layers source, Matte matte) {
+    if (target.empty()) return {};
+    if (source.empty()) return isInverted(matte) ? target : Layers();
+    Json seen = united(std::move(target));
+    seen["tt"] = static_cast<int>(matte);
+    Json mask = isEndlessUse(source) ? std::move(source.front()) : endlessUse(std::move(source));
+    mask["ip"] = seen["ip"];
+    mask["op"] = seen["op"];
+    return {std::move(mask), std::move(seen)};
+}
+
+// One layer that shows them all.
+Json Composition::united(Layers layers) {
+    if (layers.size() == 1 && layers.front()["ty"] == precomp) return std::move(layers.front());
+    int in = Clock::ever;
+    int out = -Clock::ever;
+    for (const Json& layer : layers) {
+        in = std::min(in, layer["ip"].get<int>());
+        out = std::max(out, layer["op"].get<int>());
+    }
+    Json result = endlessUse(std::move(layers));
+    result["ip"] = in;
+    result["op"] = out;
+    return result;
+}
+
+Json Composition::endlessUse(Layers layers) {
+    return {{"ddd", 0},
+            {"ty", precomp},
+            {"refId", library_.add(withParents(std::move(layers)))},
+            {"ip", -Clock::ever},
+            {"op", Clock::ever},
+            {"st", 0},
+            {"ks", Json::object()}};
+}
+
+// Parents only move their children here, whatever else is drawn of them and however.
+Json Composition::withParents(Layers layers) const {
+    std::set<std::size_t> added;
+    for (std::size_t position = 0; position < layers.size(); ++position) {
+        const auto parent = layers[position].find("parent");
+        if (parent == layers[position].end()) continue;
+        const std::size_t index = parent->get<std::size_t>();
+        if (!added.insert(index).second) continue;
+        Json holder = placed(index, null, false);
+        holder["ind"] = index;
+        layers.push_back(std::move(holder));
+    }
+    return Json(std::move(layers));
+}
+
+}  // namespace headless::render

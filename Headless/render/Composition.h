@@ -1,0 +1,72 @@
+// The layers of one composition, put in words that the renderer draws right.
+
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "render/Masks.h"
+#include "render/Property.h"
+#include "render/Shapes.h"
+
+namespace headless::render {
+
+// The assets of the rewritten document: those of the file under names of our own, and compositions that
+// rewriting adds.
+class Library {
+ public:
+    explicit Library(double framesPerSecond) : framesPerSecond_(framesPerSecond) {}
+
+    void rename(const Json& asset);
+    std::optional<std::string> nameOf(const Json& reference) const;
+    void put(Json asset) { assets_.push_back(std::move(asset)); }
+    std::string add(Json layers);  // returns its name
+    Json take() { return std::move(assets_); }
+
+    // Of a remapped time in seconds. The renderer reads times only up to the end of the document.
+    double stepAt(double seconds);
+    double lastStep() const { return lastStep_; }
+
+ private:
+    double framesPerSecond_;
+    double lastStep_ = 0;
+    std::map<std::string, std::string> names_;
+    Json assets_ = Json::array();
+    std::size_t added_ = 0;
+};
+
+class Composition {
+ public:
+    // All three are borrowed.
+    Composition(const Json& layers, const Clock& clock, Library& library);
+
+    Json drawn();
+
+ private:
+    std::optional<std::size_t> parentOf(std::size_t index) const;
+    std::optional<std::size_t> matteSourceOf(std::size_t index) const;
+    bool standsForItself(std::size_t index) const;
+
+    Json placed(std::size_t index, int type, bool withOpacity) const;
+    Json content(std::size_t index) const;  // a null where there is nothing to draw
+    Json timeRemap(const Json& layer) const;
+    Layers masked(std::size_t index);
+    Layers matted(std::size_t index);
+    Layers matted(Layers target, Layers source, Matte matte);
+
+    Json united(Layers layers);
+    Json endlessUse(Layers layers);
+    Json withParents(Layers layers) const;
+
+    const Json& layers_;
+    const Clock& clock_;
+    Library& library_;
+    std::map<double, std::size_t> indices_;  // by the layer's own number
+    std::map<std::size_t, Layers> sources_;
+    std::set<std::size_t> open_;  // matte sources that are being drawn: a circle ends there
+};
+
+}  // namespace headless::render

@@ -1,0 +1,59 @@
+#include "render/Difference.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cstdlib>
+
+namespace headless::render {
+namespace {
+
+int distance(std::uint32_t one, std::uint32_t other) {
+    if (one == other) return 0;
+    int largest = 0;
+    for (int shift = 0; shift < 32; shift += 8) {
+        const int channel = static_cast<int>(one >> shift & 0xFF) - static_cast<int>(other >> shift & 0xFF);
+        largest = std::max(largest, std::abs(channel));
+    }
+    return largest;
+}
+
+void include(std::optional<PixelBox>& box, int x, int y) {
+    if (!box) box = PixelBox{x, y, x + 1, y + 1};
+    box = PixelBox{std::min(box->left, x), std::min(box->top, y), std::max(box->right, x + 1),
+                   std::max(box->bottom, y + 1)};
+}
+
+}  // namespace
+
+Difference difference(const Picture& one, const Picture& other, int tolerance) {
+    assert(one.width == other.width && one.height == other.height);
+    Difference result;
+    std::size_t index = 0;
+    for (int y = 0; y < one.height; ++y) {
+        for (int x = 0; x < one.width; ++x, ++index) {
+            const int apart = distance(one.pixels[index], other.pixels[index]);
+            if (apart > result.largest) {
+                result.largest = apart;
+                result.worst = {x, y};
+            }
+            if (apart > tolerance) {
+                ++result.count;
+                include(result.box, x, y);
+            }
+        }
+    }
+    return result;
+}
+
+std::optional<PixelBox> visibleBounds(const Picture& picture) {
+    std::optional<PixelBox> result;
+    std::size_t index = 0;
+    for (int y = 0; y < picture.height; ++y) {
+        for (int x = 0; x < picture.width; ++x, ++index) {
+            if (picture.pixels[index] >> 24 != 0) include(result, x, y);
+        }
+    }
+    return result;
+}
+
+}  // namespace headless::render

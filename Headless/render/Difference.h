@@ -1,0 +1,39 @@
+// How far two pictures of the same frame are apart.
+
+#pragma once
+
+#include <cstddef>
+#include <optional>
+
+#include "render/Renderer.h"
+
+namespace headless::render {
+
+struct PixelPoint {
+    int x = 0;
+    int y = 0;
+    bool operator==(const PixelPoint&) const = default;
+};
+
+struct PixelBox {  // right and bottom lie outside
+    int left = 0;
+    int top = 0;
+    int right = 0;
+    int bottom = 0;
+    bool operator==(const PixelBox&) const = default;
+};
+
+struct Difference {
+    int largest = 0;              // between two channels, of 255
+    PixelPoint worst;             // the first pixel that differs by `largest`
+    std::size_t count = 0;        // of the pixels where a channel differs by more than the tolerance
+    std::optional<PixelBox> box;  // around those pixels
+};
+
+// Compares premultiplied channels. The pictures must be equal in size.
+Difference difference(const Picture& one, const Picture& other, int tolerance = 2);
+
+// Around the pixels that are not wholly transparent; nothing where there are none.
+std::optional<PixelBox> visibleBounds(const Picture& picture);
+
+}  // namespace headless::render

@@ -1,0 +1,62 @@
+#include "render/Normalise.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "render/Composition.h"
+
+namespace headless::render {
+namespace {
+
+constexpr const char* sceneName = "scene";
+
+// The renderer would read other paths from disk; pictures come inside the document or not at all.
+Json imageAsset(const Json& asset, const std::string& name) {
+    Json result{{"id", name}, {"u", ""}};
+    const Json& picture = memberOf(asset, "p");
+    if (!picture.is_string() || !picture.get_ref<const std::string&>().starts_with("data:")) return result;
+    rewriteMembers(result, asset, {{"w", Kind::Integer}, {"h", Kind::Integer}}, Clock());
+    result["p"] = picture;
+    result["e"] = 1;
+    return result;
+}
+
+}  // namespace
+
+std::string normalise(Json document, const Scene& scene) {
+    Library library(numberOr(document, "fr", 30));
+    const Json& assets = memberOf(document, "assets");
+    for (const Json& asset : assets) library.rename(asset);
+    for (const Json& asset : assets) {
+        const std::string name = library.nameOf(memberOf(asset, "id")).value();
+        if (const Json& layers = memberOf(asset, "layers"); layers.is_array()) {
+            const Clock clock;
+            library.put({{"id", name}, {"layers", Composition(layers, clock, library).drawn()}});
+        } else {
+            library.put(imageAsset(asset, name));
+        }
+    }
+    const Clock clock(scene.firstFrame);
+    const Json& layers = memberOf(document, "layers");
+    library.put({{"id", sceneName}, {"layers", Composition(layers, clock, library).drawn()}});
+
+    // The scene as a whole: from its frames to steps, its first frame to 0, clipped where the canvas is larger.
+    const int frames = std::max(1, static_cast<int>(std::ceil(scene.endFrame - scene.firstFrame)));
+    Json use{{"ddd", 0},     {"ty", 0}, {"refId", sceneName},  {"sr", 1.0 / Clock::stepsPerFrame}, {"ip", 0},
+             {"op", frames}, {"st", 0}, {"ks", Json::object()}};
+    if (scene.canvasWidth > scene.width || scene.canvasHeight > scene.height) {
+        use["w"] = scene.width;
+        use["h"] = scene.height;
+    }
+    const Json root{{"v", "5.0.0"},
+                    {"fr", 1},
+                    {"ip", 0},
+                    {"op", std::max<double>(frames, std::ceil(library.lastStep())) + 3},
+                    {"w", scene.canvasWidth},
+                    {"h", scene.canvasHeight},
+                    {"assets", library.take()},
+                    {"layers", Json::array({std::move(use)})}};
+    return root.dump();
+}
+
+}  // namespace headless::render

@@ -1,0 +1,112 @@
+#include "render/Renderer.h"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+
+#include "Drawing.h"
+
+namespace headless::render {
+namespace {
+
+const Scene small{12, 2, 12, 2, 0, 10};
+
+std::string redBox() {
+    return normalise(document({solid(0, 0, 4, 2, "#ff0000")}), small);
+}
+
+// Each composition shows the one below many times.
+std::string heavy() {
+    Jsons assets{composition("0", {solid(0, 0, 4, 2, "#ff0000")})};
+    for (int level = 1; level < 8; ++level) {
+        assets.push_back(composition(std::to_string(level), Jsons(12, use(std::to_string(level - 1)))));
+    }
+    return normalise(document({use("7")}, assets), small);
+}
+
+std::string errorOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const RenderError& error) {
+        return error.what();
+    }
+    return "none";
+}
+
+TEST(Renderer, DrawsAnySizeOfOneDocument) {
+    Renderer renderer;
+    renderer.prepare(redBox());
+    EXPECT_EQ(row(renderer.frame(0, 12, 2), 1), "RRRR........");
+    EXPECT_EQ(row(renderer.frame(3, 6, 1), 0), "RR....");
+    EXPECT_EQ(row(renderer.frame(3, 24, 4), 3), "RRRRRRRR................");
+    renderer.prepare(normalise(document({solid(2, 0, 4, 2, "#00ff00")}), small));
+    EXPECT_EQ(row(renderer.frame(0, 12, 2), 1), "..GGGG......");
+}
+
+TEST(Renderer, RefusesWhatItCannotDrawAndGoesOn) {
+    Renderer renderer({.picturePixels = 100});
+    EXPECT_EQ(errorOf([&] { renderer.frame(0, 4, 4); }), "no document is prepared");
+    EXPECT_EQ(errorOf([&] { renderer.prepare("[1, 2"); }), "the renderer cannot read the document");
+    renderer.prepare(redBox());
+    for (const auto& [width, height] :
+         {std::pair(11, 10), std::pair(0, 4), std::pair(4, -1), std::pair(40'000, 1)}) {
+        EXPECT_THROW(renderer.frame(0, width, height), RenderError) << width << " x " << height;
+    }
+    EXPECT_EQ(row(renderer.frame(0, 12, 2), 1), "RRRR........");
+}
+
+TEST(Renderer, ALateWorkerIsReplaced) {
+    Renderer renderer({.frameTime = std::chrono::milliseconds(300)});
+    EXPECT_EQ(errorOf([&] {
+                  renderer.prepare(heavy());
+                  renderer.frame(0, 12, 2);
+              }),
+              "the renderer takes longer than 0.3 s");
+    EXPECT_EQ(errorOf([&] { renderer.frame(0, 12, 2); }), "no document is prepared");
+    renderer.prepare(redBox());
+    EXPECT_EQ(row(renderer.frame(0, 12, 2), 1), "RRRR........");
+}
+
+#if !defined(__SANITIZE_ADDRESS__)  // which cannot live under a limit
+TEST(Renderer, AWorkerThatOutgrowsItsMemoryIsReplaced) {
+    Renderer renderer({.memoryBytes = 400u << 20});
+    EXPECT_NE(errorOf([&] { renderer.prepare(heavy()); }), "none");
+    renderer.prepare(redBox());
+    EXPECT_EQ(row(renderer.frame(0, 12, 2), 1), "RRRR........");
+    EXPECT_NE(errorOf([&] { renderer.frame(0, 30'000, 5'000); }), "none");
+    renderer.prepare(redBox());
+    EXPECT_EQ(row(renderer.frame(0, 12, 2), 1), "RRRR........");
+}
+#endif
+
+TEST(Renderer, AWorkerThatDiesIsExplainedAndReplaced) {
+    Renderer renderer;
+    renderer.prepare(redBox());
+    pid_t worker = 0;
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::ifstream children(task.path() / "children");
+        children >> worker;
+    }
+    ASSERT_GT(worker, 0);
+    ::kill(worker, SIGSEGV);
+    EXPECT_EQ(errorOf([&] { renderer.frame(0, 12, 2); }), "the renderer crashed (Segmentation fault)");
+    renderer.prepare(redBox());
+    EXPECT_EQ(row(renderer.frame(0, 12, 2), 1), "RRRR........");
+}
+
+TEST(Renderer, LeavesNoProcessBehind) {
+    {
+        Renderer one;
+        Renderer other;
+        one.prepare(redBox());
+        other.prepare(redBox());
+    }
+    EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
+}
+
+}  // namespace
+}  // namespace headless::render

@@ -1,0 +1,83 @@
+#include "render/World.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <fstream>
+
+#include "render/Png.h"
+
+namespace headless::render {
+namespace {
+
+const Picture fourPixels{2, 2, {0x80402010, 0x00000000, 0xFFFFFFFF, 0x01010000}};
+
+template <typename Channel>
+std::vector<Channel> pixelAt(const World& world, int x, int y) {
+    std::vector<Channel> channels(4);
+    const std::size_t pixelBytes = 4 * sizeof(Channel);
+    std::memcpy(
+        channels.data(),
+        world.data() + static_cast<std::size_t>(y) * world.rowBytes + static_cast<std::size_t>(x) * pixelBytes,
+        pixelBytes);
+    return channels;
+}
+
+TEST(World, LaysChannelsOutAtEachDepth) {
+    const World bytes = makeWorld(fourPixels, Depth::Bits8);
+    EXPECT_EQ(pixelAt<std::uint8_t>(bytes, 0, 0), (std::vector<std::uint8_t>{0x80, 0x40, 0x20, 0x10}));
+    const World words = makeWorld(fourPixels, Depth::Bits16);
+    EXPECT_EQ(pixelAt<std::uint16_t>(words, 0, 1), (std::vector<std::uint16_t>(4, 32'768)));
+    EXPECT_EQ(pixelAt<std::uint16_t>(words, 1, 1), (std::vector<std::uint16_t>{129, 129, 0, 0}));
+    const World floats = makeWorld(fourPixels, Depth::Bits32);
+    EXPECT_EQ(pixelAt<float>(floats, 0, 1), (std::vector<float>(4, 1)));
+    EXPECT_EQ(pixelAt<float>(floats, 1, 0), (std::vector<float>(4, 0)));
+    EXPECT_EQ(pixelAt<float>(floats, 1, 1)[0], 1 / 255.0f);
+}
+
+template <typename Channel>
+void expectOpaqueGap(Depth depth, Channel opaque) {
+    const World world = makeWorld(fourPixels, depth);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(world.data()) % 16, 0u);
+    const int rowPixels = static_cast<int>(world.rowBytes / (4 * sizeof(Channel)));
+    ASSERT_GT(rowPixels, 2);
+    for (int x = 2; x < rowPixels; ++x) {
+        for (int y = 0; y < 2; ++y) EXPECT_EQ(pixelAt<Channel>(world, x, y)[0], opaque);
+    }
+}
+
+TEST(World, FillsTheGapsWithOpaquePixels) {
+    expectOpaqueGap<std::uint8_t>(Depth::Bits8, 255);
+    expectOpaqueGap<std::uint16_t>(Depth::Bits16, 32'768);
+    expectOpaqueGap<float>(Depth::Bits32, 1);
+}
+
+TEST(Png, GivesEveryPremultipliedColourBack) {
+    Picture picture{256, 256, {}};
+    for (std::uint32_t alpha = 0; alpha < 256; ++alpha) {
+        for (std::uint32_t colour = 0; colour < 256; ++colour) {
+            const std::uint32_t red = std::min(colour, alpha);
+            picture.pixels.push_back(alpha << 24 | red << 16 | (alpha - red) << 8 | alpha / 2);
+        }
+    }
+    const auto file = std::filesystem::path(testing::TempDir()) / "colours.png";
+    writePng(file, picture);
+    EXPECT_EQ(readPng(file), picture);
+    std::filesystem::remove(file);
+}
+
+TEST(Png, NamesTheFileThatFails) {
+    const auto missing = std::filesystem::path(testing::TempDir()) / "no folder" / "a.png";
+    for (const auto& action : {+[](const std::filesystem::path& file) { writePng(file, fourPixels); },
+                               +[](const std::filesystem::path& file) { readPng(file); }}) {
+        try {
+            action(missing);
+            ADD_FAILURE();
+        } catch (const std::runtime_error& error) {
+            EXPECT_NE(std::string(error.what()).find(missing.string()), std::string::npos) << error.what();
+        }
+    }
+}
+
+}  // namespace
+}  // namespace headless::render
