@@ -1,0 +1,26 @@
+// A person, or a program, at the other end of a pipe: prints a dialog as text and reads one step per line.
+
+#pragma once
+
+#include <istream>
+#include <ostream>
+
+#include "ui/Dialog.h"
+
+namespace headless::ui {
+
+class LineAnswers final : public Answerer {
+ public:
+    // Both must outlive this.
+    LineAnswers(std::istream& in, std::ostream& out) : in_(in), out_(out) {}
+
+    Action next(const Dialog& dialog) override;
+    std::optional<std::string> unanswered() const override;
+
+ private:
+    std::istream& in_;
+    std::ostream& out_;
+    std::string firstProblem_;
+};
+
+}  // namespace headless::ui
