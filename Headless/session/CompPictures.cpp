@@ -1,0 +1,95 @@
+#include "session/CompPictures.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "render/Difference.h"
+#include "render/Normalise.h"
+
+namespace headless {
+
+namespace {
+
+constexpr double roundedAway = 0.002;  // times in the host's scale may lie this much short of their frame
+
+int roundedUp(int size, int factor) {
+    return (size + factor - 1) / factor;
+}
+
+model::Size sourceSize(const model::Layer& layer) {
+    return layer.source != nullptr ? layer.source->size : layer.comp->item->size;
+}
+
+}  // namespace
+
+render::Picture CompPictures::picture(const model::Comp& comp, double frame, int factorX, int factorY) {
+    const auto [width, height] = comp.item->size;
+    const int pictureWidth = roundedUp(width, factorX);
+    const int pictureHeight = roundedUp(height, factorY);
+    const double wholeFrame = std::floor(frame + roundedAway);
+    if (wholeFrame < 0 || wholeFrame >= std::ceil(comp.frameCount())) {
+        return {pictureWidth, pictureHeight,
+                std::vector<std::uint32_t>(static_cast<std::size_t>(pictureWidth) * pictureHeight)};
+    }
+    try {
+        std::string key = std::to_string(comp.item->id) + " " + std::to_string(factorX) + " " +
+                          std::to_string(factorY) + " " + std::to_string(project_.history.revision());
+        if (comps_.key != key) {
+            comps_.key.clear();
+            comps_.renderer.prepare(render::normalise(
+                project_.documentOf(comp), {width, height, pictureWidth * factorX, pictureHeight * factorY,
+                                            comp.firstFrame, comp.endFrame}));
+            comps_.key = std::move(key);
+        }
+        return comps_.renderer.frame(static_cast<int>(wholeFrame), pictureWidth, pictureHeight);
+    } catch (const render::RenderError& error) {
+        comps_.key.clear();
+        throw render::RenderError("cannot render \"" + comp.item->name + "\" at frame " +
+                                  std::to_string(static_cast<int>(wholeFrame)) + ": " + error.what());
+    }
+}
+
+Box CompPictures::maskedBounds(const model::Layer& layer, double fileFrame) {
+    const auto [width, height] = sourceSize(layer);
+    if (layer.masks.empty() || width == 0 || height == 0) {
+        return {0, 0, static_cast<double>(width), static_cast<double>(height)};
+    }
+    const double first = layer.comp->firstFrame;
+    const double end = layer.comp->endFrame;
+    try {
+        std::string key = std::to_string(layer.id) + " " + std::to_string(project_.history.revision());
+        if (masks_.key != key) {
+            masks_.key.clear();
+            // A white solid of the source's size, cut by the masks.
+            const model::Json solid = {{"ty", 1},
+                                       {"sw", width},
+                                       {"sh", height},
+                                       {"sc", "#ffffff"},
+                                       {"ks", model::Json::object()},
+                                       {"masksProperties", project_.layerJson(layer)["masksProperties"]},
+                                       {"hasMask", true},
+                                       {"ip", first},
+                                       {"op", end},
+                                       {"st", 0}};
+            const model::Json document = {{"v", "5.5.0"},      {"fr", project_.frameRate()},
+                                          {"ip", first},       {"op", end},
+                                          {"w", width},        {"h", height},
+                                          {"layers", {solid}}, {"assets", model::Json::array()}};
+            masks_.renderer.prepare(render::normalise(document, {width, height, width, height, first, end}));
+            masks_.key = std::move(key);
+        }
+        const double frame = std::clamp(std::floor(fileFrame + roundedAway), first, std::ceil(end) - 1) - first;
+        const auto box = render::visibleBounds(masks_.renderer.frame(static_cast<int>(frame), width, height));
+        if (!box) {
+            return {};
+        }
+        return {static_cast<double>(box->left), static_cast<double>(box->top), static_cast<double>(box->right),
+                static_cast<double>(box->bottom)};
+    } catch (const render::RenderError& error) {
+        masks_.key.clear();
+        throw render::RenderError("cannot render the masks of layer \"" + project_.nameOf(layer) + "\" in \"" +
+                                  layer.comp->item->name + "\": " + error.what());
+    }
+}
+
+}  // namespace headless

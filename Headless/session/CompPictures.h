@@ -1,0 +1,41 @@
+// Pictures of a project's compositions, drawn by the renderer from the project as it is at that moment.
+
+#pragma once
+
+#include <string>
+
+#include "model/Project.h"
+#include "render/Renderer.h"
+
+namespace headless {
+
+// A box in pixels; right and bottom are edges, not last indices.
+struct Box {
+    double left = 0, top = 0, right = 0, bottom = 0;
+};
+
+class CompPictures {
+ public:
+    explicit CompPictures(const model::Project& project) : project_(project) {}
+
+    // `frame` counts from the composition's first. The picture is ceil(width / factorX) wide, and its first
+    // pixel is the composition's top left corner. Outside the composition's time it is transparent.
+    // Throws render::RenderError, naming composition and frame.
+    render::Picture picture(const model::Comp& comp, double frame, int factorX = 1, int factorY = 1);
+
+    // What a layer's masks leave of its source, in source pixels, at a frame as the file counts them. Without
+    // masks the whole source; feather is left out. Empty (all 0) when they leave nothing.
+    Box maskedBounds(const model::Layer& layer, double fileFrame);
+
+ private:
+    // A renderer and what it has prepared, so that a document is prepared once for many frames.
+    struct Prepared {
+        render::Renderer renderer;
+        std::string key;
+    };
+
+    const model::Project& project_;
+    Prepared comps_, masks_;
+};
+
+}  // namespace headless

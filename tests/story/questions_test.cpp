@@ -1,0 +1,189 @@
+// The two questions that a crop may ask: at which resolution, and what about 3D layers.
+
+#include <fstream>
+#include <sstream>
+
+#include "support/Story.h"
+
+namespace kestrin_test {
+namespace {
+
+CompSpec twoCards() {
+    return kestrin_test::project("Scene", {400, 300})
+        .with(precomp("A", {400, 300}).with(solid("a", {101, 50}).at({151, 125})))
+        .with(precomp("B", {400, 300}).with(solid("b", {100, 50}).at({20, 30})));
+}
+
+struct Resolution : Story {
+    void openAt(int factorX, int factorY) {
+        open(twoCards());
+        for (const model::ItemPtr& item : project().items) {
+            if (item->comp) {
+                item->comp->downsampleX = factorX;
+                item->comp->downsampleY = factorY;
+            }
+        }
+        select({"A", "B"});
+    }
+};
+
+TEST_F(Resolution, IsAskedOncePerCommandAndNamedInWords) {
+    const std::vector<std::tuple<int, int, std::string>> cases = {{2, 2, "set to half."},
+                                                                  {3, 3, "set to third."},
+                                                                  {4, 4, "set to quarter."},
+                                                                  {1, 2, "set to less than quarter."},
+                                                                  {8, 8, "set to less than quarter."}};
+    for (const auto& [x, y, words] : cases) {
+        answers = {};
+        answers.answer("Low Resolution", "Accurate");
+        openAt(x, y);
+        const Picture before = pictureOf("Scene");
+        EXPECT_EQ(run(), 0);
+        EXPECT_EQ(sizeOf("A"), (Size{101, 50})) << words;
+        expectSame(pictureOf("Scene"), before);
+        EXPECT_EQ(answers.shown["Low Resolution"], 1);
+        EXPECT_NE(answers.texts.find(words), std::string::npos) << answers.texts;
+        EXPECT_EQ(comp("A").downsampleX, x);
+        EXPECT_EQ(session->held(), HeldThings{.memory = 1});  // the answer's text
+        EXPECT_FALSE(preferences().has(section, "Resolution") &&
+                     preferences().getLong(section, "Resolution") != 0);
+
+        EXPECT_EQ(run(), 0);  // the next command asks again
+        EXPECT_EQ(answers.shown["Low Resolution"], 2);
+    }
+}
+
+TEST_F(Resolution, FastUsesThePixelsThereAre) {
+    for (const char* button : {"Fast", "(the close box)"}) {
+        answers = {};
+        answers.answer("Low Resolution", button);
+        openAt(2, 2);
+        EXPECT_EQ(run(), 0);
+        // Half-size columns 75 to 125 are 150 to 250: the last one's block is not extended.
+        EXPECT_EQ(sizeOf("A").width, 101);
+        EXPECT_EQ(sizeOf("B"), (Size{99, 49}));
+    }
+}
+
+TEST_F(Resolution, ARememberedChoiceIsNotAskedAgain) {
+    answers.answer("Low Resolution", "Fast", {"Remember My Choice"});
+    openAt(2, 2);
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(preferences().getLong(section, "Resolution"), 2);
+    select({"B"});
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(answers.shown["Low Resolution"], 1);
+
+    openAt(4, 4);
+    preferences().setLong(section, "Resolution", 1);
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(sizeOf("A"), (Size{101, 50}));
+    EXPECT_EQ(answers.shown["Low Resolution"], 1);
+    expectNothingOpen();
+}
+
+TEST_F(Resolution, AnAnswerSurvivesAnEmptyComposition) {
+    answers.answer("Low Resolution", "Accurate");
+    open(kestrin_test::project("Scene", {400, 300})
+             .with(precomp("A", {400, 300}).with(solid("a", {101, 50}).at({151, 125})).shown(5, 30)));
+    comp("Scene").downsampleX = comp("Scene").downsampleY = 2;
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(alerts().back(), "This composition is empty at the current time.");
+    moveTo(5);
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(answers.shown["Low Resolution"], 1);
+    EXPECT_EQ(sizeOf("Scene"), (Size{101, 50}));
+}
+
+struct ThreeD : Story {
+    CompSpec scene() {
+        return kestrin_test::project("Scene", {400, 300})
+            .with(precomp("A", {400, 300}).with(solid("a", {100, 50}).at({150, 125}).threeD()))
+            .with(precomp("B", {400, 300}).with(solid("b", {100, 50}).at({20, 30})).with(camera("cam")))
+            .with(precomp("Flat", {400, 300}).with(solid("f", {60, 60}).at({300, 200})));
+    }
+};
+
+TEST_F(ThreeD, YesMovesTheContentIntoACopyOnceAskedForAll) {
+    answers.answer("3D Layers", "Yes");
+    open(scene());
+    select({"A", "B", "Flat"});
+    const Picture before = pictureOf("Scene");
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(answers.shown["3D Layers"], 1);
+
+    EXPECT_EQ(sizeOf("A - Kestrin PreComp"), (Size{100, 50}));
+    EXPECT_EQ(sizeOf("A"), (Size{400, 300}));
+    ASSERT_EQ(comp("A - Kestrin PreComp").layers.size(), 1u);
+    EXPECT_EQ(comp("A - Kestrin PreComp").layers[0]->source, comp("A").item);
+    EXPECT_EQ(layer("a", "A").position.value, (model::Vec3{150, 125, 0}));
+    EXPECT_EQ(sizeOf("B - Kestrin PreComp"), (Size{100, 50}));
+    EXPECT_EQ(sizeOf("Flat"), (Size{60, 60}));
+    expectSame(pictureOf("Scene"), before);
+    EXPECT_EQ(session->freedWhileLocked, 1);
+    expectNothingOpen();
+
+    const auto reopened = model::Project::read(project().write());
+    expectSame(CompPictures(*reopened).picture(reopened->root(), 0), before);
+    ASSERT_TRUE(undo());
+    EXPECT_EQ(project().write(), opened);
+}
+
+TEST_F(ThreeD, NoAndStoredAnswersAndHiddenCameras) {
+    answers.answer("3D Layers", "No");
+    open(scene());
+    select({"A"});
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(sizeOf("A"), (Size{100, 50}));
+
+    preferences().setLong(section, "ThreeD", 2);
+    select({"B"});
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(answers.shown["3D Layers"], 1);
+    EXPECT_EQ(sizeOf("B"), (Size{100, 50}));
+
+    open(scene());
+    preferences().setLong(section, "ThreeD", 1);
+    layer("cam", "B").hidden = true;
+    select({"A", "B"});
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(answers.shown["3D Layers"], 1);
+    EXPECT_EQ(sizeOf("A - Kestrin PreComp"), (Size{100, 50}));
+    EXPECT_EQ(sizeOf("B"), (Size{100, 50}));  // a camera that is switched off asks nothing
+    expectNothingOpen();
+}
+
+TEST_F(Story, ScriptsReachTheHostAsTheyStandInTheirFiles) {
+    const auto file = [](const char* name) {
+        std::ifstream in(std::string(KESTRIN_SCRIPTS) + "/" + name, std::ios::binary);
+        std::ostringstream text;
+        text << in.rdbuf();
+        return text.str();
+    };
+    const auto filled = [](std::string text, const std::string& value) {
+        return text.replace(text.find("%s"), 2, value);
+    };
+    answers.answer("Low Resolution", "Fast");
+    answers.answer("3D Layers", "No");
+    open(kestrin_test::project("Scene", {400, 300})
+             .with(precomp("A", {400, 300}).with(solid("a", {10, 10}).threeD().shown(5, 9)))
+             .with(precomp("B", {400, 300}).with(solid("b", {10, 10}).shown(5, 9)))
+             .with(precomp("C", {400, 300}).with(solid("c", {10, 10}).shown(0, 20))));
+    for (const char* name : {"A", "B", "C"}) {
+        comp(name).downsampleX = 3;
+    }
+    select({"A", "B", "C"});
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(session->scriptsRun(), (std::vector<std::string>{file("threeDQuestion.jsx"),
+                                                               filled(file("resolutionQuestion.jsx"), "third"),
+                                                               filled(file("notCroppedAlert.jsx"), "0,1")}));
+    EXPECT_NE(alerts().back().find("A, B"), std::string::npos);
+
+    select({});
+    moveTo(25);
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(session->scriptsRun().back(), file("emptyCompositionAlert.jsx"));
+}
+
+}  // namespace
+}  // namespace kestrin_test
