@@ -1,0 +1,63 @@
+// Whether two versions of a project look the same: what changed, and what that did to the pictures.
+//
+// Compositions are matched by asset id, the root with the root. What is compared is what shows a changed
+// composition without having changed its own size; a composition that was resized and that only resized ones
+// show is laid over its old picture by its visible box.
+
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "model/Project.h"
+#include "render/Difference.h"
+
+namespace headless::cli {
+
+enum class Verdict {
+    Equal,      // no pixel differs by more than 2 of 255
+    EdgeNoise,  // in each frame at most 40 pixels differ, by at most 64: thin rests along a crop's edge
+    Shifted,
+};
+
+struct ChangedComp {
+    std::string assetId;  // empty: the root
+    std::string name;
+    std::optional<model::Size> before, after;  // nothing where it does not exist
+};
+
+struct FrameDifference {
+    int frame = 0;  // from the composition's first
+    int largest = 0;
+    std::size_t pixels = 0;  // that differ by more than 2
+    render::PixelPoint at;   // a pixel that differs most, in the first project's composition
+};
+
+struct ComparedComp {
+    std::string assetId;
+    std::string name;  // in the first project
+    Verdict verdict = Verdict::Equal;
+    int frames = 0;                            // that were compared
+    FrameDifference worst;                     // of the frames that decided the verdict
+    std::optional<render::PixelPoint> offset;  // resized: what was added to lay the second over the first
+    bool otherTimes = false;                   // its frames are not the same in both, so none was compared
+};
+
+struct Comparison {
+    std::vector<ChangedComp> changed;
+    std::vector<ComparedComp> compared;
+
+    Verdict verdict() const;  // the worst
+};
+
+struct ComparisonRequest {
+    std::optional<int> frame;  // of each composition that has it; else all frames
+    std::string comp;          // only this one, changed or not, by name or asset id in the first project
+};
+
+// Throws Stop where no composition has the frame asked for, and render::RenderError.
+Comparison compare(const model::Project& before, const model::Project& after,
+                   const ComparisonRequest& request = {});
+
+}  // namespace headless::cli

@@ -1,0 +1,80 @@
+#include "cli/Text.h"
+
+#include <cstdio>
+
+namespace headless::cli {
+
+namespace {
+
+std::string escape(unsigned code) {
+    char text[8];
+    std::snprintf(text, sizeof text, "\\x%02X", code & 0xFFu);
+    return text;
+}
+
+}  // namespace
+
+std::string printable(std::string_view text) {
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        const auto next = i + 1 < text.size() ? static_cast<unsigned char>(text[i + 1]) : 0u;
+        if (byte == '\n') {
+            result += "\\n";
+        } else if (byte < 0x20 || byte == 0x7F) {
+            result += escape(byte);
+        } else if (byte == 0xC2 && next >= 0x80 && next < 0xA0) {  // the second range of control characters
+            result += escape(next);
+            ++i;
+        } else {
+            result += text[i];
+        }
+    }
+    return result;
+}
+
+std::string inQuotes(std::string_view name) {
+    return '"' + printable(name) + '"';
+}
+
+std::string indented(std::string_view text) {
+    std::string result;
+    while (!text.empty()) {
+        const std::size_t end = text.find('\n');
+        std::string_view line = text.substr(0, end);
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+        if (line.ends_with('\r')) {
+            line.remove_suffix(1);
+        }
+        if (!line.empty()) {
+            result += (result.empty() ? "" : "\n    ") + printable(line);
+        }
+    }
+    return result;
+}
+
+std::string sizeText(model::Size size) {
+    return std::to_string(size.width) + " x " + std::to_string(size.height);
+}
+
+std::string grouped(std::int64_t number) {
+    std::string digits = std::to_string(number);
+    const std::size_t first = number < 0 ? 1 : 0;
+    for (std::size_t place = digits.size(); place > first + 3;) {
+        place -= 3;
+        digits.insert(place, ",");
+    }
+    return digits;
+}
+
+std::string counted(std::int64_t count, const std::string& noun) {
+    return grouped(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+std::string shortNumber(double number) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.6g", number);
+    return text;
+}
+
+}  // namespace headless::cli

@@ -1,0 +1,100 @@
+// kestrin compare: whether two versions of a project look the same.
+
+#include <iostream>
+
+#include "cli/Comparison.h"
+#include "cli/Text.h"
+#include "cli/Verbs.h"
+
+namespace headless::cli {
+
+namespace {
+
+struct Options {
+    std::string before, after, images;
+    ComparisonRequest request;
+};
+
+const char* word(Verdict verdict) {
+    switch (verdict) {
+        case Verdict::Equal:
+            return "equal";
+        case Verdict::EdgeNoise:
+            return "edge noise";
+        case Verdict::Shifted:
+            break;
+    }
+    return "shifted";
+}
+
+void print(const ChangedComp& comp) {
+    std::cout << "changed: " << inQuotes(comp.name);
+    if (!comp.before || !comp.after) {
+        std::cout << ", only in the " << (comp.before ? "first" : "second") << '\n';
+    } else if (comp.before != comp.after) {
+        std::cout << ", " << sizeText(*comp.before) << " -> " << sizeText(*comp.after) << '\n';
+    } else {
+        std::cout << ", its layers\n";
+    }
+}
+
+void print(const ComparedComp& comp) {
+    std::cout << word(comp.verdict) << ": " << inQuotes(comp.name);
+    if (comp.otherTimes) {
+        std::cout << ", its frames are not the same\n";
+        return;
+    }
+    std::cout << ", " << counted(comp.frames, "frame") << " compared";
+    if (comp.worst.largest > 0) {
+        std::cout << ", largest difference " << comp.worst.largest << " of 255 at frame " << comp.worst.frame
+                  << ", pixel " << comp.worst.at.x << "," << comp.worst.at.y;
+        if (comp.worst.pixels > 0) {
+            std::cout << " (" << counted(static_cast<std::int64_t>(comp.worst.pixels), "pixel") << ")";
+        }
+    }
+    if (comp.offset) {
+        std::cout << "; resized itself, so laid over its old picture by the visible box, moved by "
+                  << comp.offset->x << "," << comp.offset->y;
+    }
+    std::cout << '\n';
+}
+
+ExitCode run(const Options& options) {
+    const auto before = openProject(options.before, options.images);
+    const auto after = openProject(options.after, options.images);
+    const Comparison comparison = compare(*before, *after, options.request);
+    for (const ChangedComp& comp : comparison.changed) {
+        print(comp);
+    }
+    for (const ComparedComp& comp : comparison.compared) {
+        print(comp);
+    }
+    if (comparison.verdict() == Verdict::Shifted) {
+        std::cout << "the pictures differ\n";
+        return ExitCode::Differs;
+    }
+    std::cout << (comparison.compared.empty() ? "nothing that is shown has changed\n"
+                                              : "nothing on screen has shifted\n");
+    return ExitCode::Done;
+}
+
+}  // namespace
+
+void addCompare(CLI::App& program, Action& action) {
+    auto options = std::make_shared<Options>();
+    CLI::App* verb = program.add_subcommand("compare", "Say whether two versions of a project look the same");
+    verb->add_option("BEFORE", options->before, "Lottie file")->required()->type_name("");
+    verb->add_option("AFTER", options->after, "The file made of it")->required()->type_name("");
+    verb->add_option("--frame", options->request.frame,
+                     "Compare this frame of each composition only, from 0 (all frames)")
+        ->type_name("N");
+    verb->add_option("--comp", options->request.comp, "Compare this composition only, by name or asset id")
+        ->type_name("NAME");
+    addImageFolder(*verb, options->images);
+    verb->footer(
+        "Exits with 0 when the pictures are equal but for thin rests along an edge, with 1 when they differ.\n"
+        "Example: kestrin compare examples/lanterns.json cropped.json");
+    verb->callback([&action, options] { action = [options] { return run(*options); }; });
+}
+
+}  // namespace headless::cli

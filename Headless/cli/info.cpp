@@ -1,0 +1,124 @@
+// kestrin info: what a project holds.
+
+#include <algorithm>
+#include <iomanip>
+#include <iostream>
+#include <map>
+
+#include "cli/Find.h"
+#include "cli/Text.h"
+#include "cli/Verbs.h"
+
+namespace headless::cli {
+
+namespace {
+
+const char* kindOf(model::LayerType type) {
+    switch (type) {
+        case model::LayerType::Precomp:
+            return "precomp";
+        case model::LayerType::Solid:
+            return "solid";
+        case model::LayerType::Image:
+            return "image";
+        case model::LayerType::Null:
+            return "null";
+        case model::LayerType::Shape:
+            return "shape";
+        case model::LayerType::Text:
+            return "text";
+        case model::LayerType::Audio:
+            return "audio";
+        case model::LayerType::Camera:
+            return "camera";
+        case model::LayerType::Light:
+            return "light";
+    }
+    return "other";
+}
+
+using Uses = std::map<const model::Item*, std::vector<const model::Layer*>>;
+
+Uses usesIn(const model::Project& project) {
+    Uses uses;
+    for (const model::ItemPtr& item : project.items) {
+        if (item->comp) {
+            for (const model::LayerPtr& layer : item->comp->layers) {
+                uses[layer->source].push_back(layer.get());
+            }
+        }
+    }
+    return uses;
+}
+
+void printLayer(const model::Project& project, const model::Layer& layer) {
+    const std::string number = "#" + std::to_string(project.indexOf(layer) + 1);
+    const std::string frames = shortNumber(layer.inFrame - layer.comp->firstFrame) + " to " +
+                               shortNumber(layer.outFrame - layer.comp->firstFrame);
+    std::cout << "  " << std::left << std::setw(6) << number << std::setw(9) << kindOf(layer.type)
+              << std::setw(16) << frames << inQuotes(project.nameOf(layer));
+    if (layer.source != nullptr && (layer.source->comp || layer.type == model::LayerType::Image)) {
+        std::cout << " shows " << inQuotes(layer.source->name);
+    }
+    if (layer.parent != nullptr) {
+        std::cout << ", parent #" << project.indexOf(*layer.parent) + 1;
+    }
+    if (!layer.masks.empty()) {
+        std::cout << ", " << counted(static_cast<std::int64_t>(layer.masks.size()), "mask");
+    }
+    std::cout << (layer.hidden ? ", hidden" : "") << '\n';
+}
+
+void printComp(const model::Project& project, const model::Comp& comp, const Uses& uses) {
+    std::cout << '\n'
+              << inQuotes(comp.item->name)
+              << (comp.assetId.empty() ? ", the root" : ", id " + inQuotes(comp.assetId)) << ": "
+              << sizeText(comp.item->size) << ", frames 0 to " << frameCount(comp) - 1 << '\n';
+    if (const auto found = uses.find(comp.item); found != uses.end()) {
+        std::cout << "  used by ";
+        const char* separator = "";
+        for (const model::Layer* use : found->second) {
+            std::cout << separator << "#" << project.indexOf(*use) + 1 << " of "
+                      << inQuotes(use->comp->item->name);
+            separator = ", ";
+        }
+        std::cout << '\n';
+    } else if (!comp.assetId.empty()) {
+        std::cout << "  not used\n";
+    }
+    if (!comp.layers.empty()) {
+        std::cout << "  layer kind     frames          name\n";
+    }
+    for (const model::LayerPtr& layer : comp.layers) {
+        printLayer(project, *layer);
+    }
+}
+
+ExitCode run(const std::string& file, const std::string& images) {
+    const auto project = openProject(file, images);
+    const auto comps = std::count_if(project->items.begin(), project->items.end(),
+                                     [](const model::ItemPtr& item) { return item->comp != nullptr; });
+    std::cout << printable(file) << ": " << counted(comps, "composition") << ", "
+              << shortNumber(project->frameRate()) << " frames a second\n";
+    const Uses uses = usesIn(*project);
+    for (const model::ItemPtr& item : project->items) {
+        if (item->comp) {
+            printComp(*project, *item->comp, uses);
+        }
+    }
+    return ExitCode::Done;
+}
+
+}  // namespace
+
+void addInfo(CLI::App& program, Action& action) {
+    auto file = std::make_shared<std::string>();
+    auto images = std::make_shared<std::string>();
+    CLI::App* verb = program.add_subcommand("info", "List compositions, sizes, layers and uses");
+    verb->add_option("PROJECT", *file, "Lottie file")->required()->type_name("");
+    addImageFolder(*verb, *images);
+    verb->footer("Example: kestrin info examples/lanterns.json");
+    verb->callback([&action, file, images] { action = [file, images] { return run(*file, *images); }; });
+}
+
+}  // namespace headless::cli

@@ -1,0 +1,51 @@
+// kestrin: the plug-in at work on Lottie files, without a person or a screen.
+
+#include <iostream>
+
+#include "cli/Text.h"
+#include "cli/Verbs.h"
+#include "model/Project.h"
+
+namespace {
+
+using namespace headless::cli;
+
+ExitCode failWith(ExitCode code, const std::string& message) {
+    say(message);
+    return code;
+}
+
+ExitCode run(int argc, char** argv) {
+    CLI::App program("Crops the compositions of Lottie files to their visible content.", "kestrin");
+    program.set_version_flag("--version", "kestrin " KESTRIN_VERSION);
+    program.require_subcommand(1);
+    program.footer("kestrin VERB --help tells more, with an example.");
+    Action action;
+    addCrop(program, action);
+    addInfo(program, action);
+    addRender(program, action);
+    addCompare(program, action);
+    try {
+        program.parse(argc, argv);
+    } catch (const CLI::Success& request) {  // help and version
+        program.exit(request);
+        return ExitCode::Done;
+    } catch (const CLI::ParseError& error) {
+        return failWith(ExitCode::BadInput, printable(error.what()) + "; kestrin --help tells more");
+    }
+    try {
+        return action();
+    } catch (const Stop& stop) {
+        return failWith(stop.code, stop.what());
+    } catch (const headless::model::ProjectError& error) {
+        return failWith(ExitCode::BadInput, printable(error.what()));
+    } catch (const std::exception& error) {
+        return failWith(ExitCode::Failed, printable(error.what()));
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    return static_cast<int>(run(argc, argv));
+}

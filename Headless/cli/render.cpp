@@ -1,0 +1,52 @@
+// kestrin render: one frame of a composition as a PNG.
+
+#include <iostream>
+
+#include "cli/Find.h"
+#include "cli/Output.h"
+#include "cli/Text.h"
+#include "cli/Verbs.h"
+#include "render/Png.h"
+#include "session/CompPictures.h"
+
+namespace headless::cli {
+
+namespace {
+
+struct Options {
+    std::string project, comp, output, images;
+    std::string resolution = "full";
+    int frame = 0;
+};
+
+ExitCode run(const Options& options) {
+    requireWritable(options.output);
+    const auto project = openProject(options.project, options.images);
+    const model::Comp& comp = findComp(*project, options.comp);
+    const int frame = findFrame(comp, options.frame);
+    const int factor = resolutionFactor(options.resolution);
+    const render::Picture picture = CompPictures(*project).picture(comp, frame, factor, factor);
+    render::writePng(options.output, picture);
+    std::cout << inQuotes(comp.item->name) << ", frame " << frame << ": " << picture.width << " x "
+              << picture.height << "\nwrote " << printable(options.output) << '\n';
+    return ExitCode::Done;
+}
+
+}  // namespace
+
+void addRender(CLI::App& program, Action& action) {
+    auto options = std::make_shared<Options>();
+    CLI::App* verb = program.add_subcommand("render", "Write one frame of a composition as a PNG");
+    verb->add_option("PROJECT", options->project, "Lottie file")->required()->type_name("");
+    verb->add_option("--comp", options->comp, "Composition, by name or asset id (the root)")->type_name("NAME");
+    verb->add_option("--frame", options->frame, "Frame of that composition, from 0")
+        ->required()
+        ->type_name("N");
+    addResolution(*verb, options->resolution);
+    addImageFolder(*verb, options->images);
+    verb->add_option("-o,--output", options->output, "File to write")->required()->type_name("PNG");
+    verb->footer("Example: kestrin render examples/lanterns.json --frame 30 -o frame.png");
+    verb->callback([&action, options] { action = [options] { return run(*options); }; });
+}
+
+}  // namespace headless::cli

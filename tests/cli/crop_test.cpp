@@ -1,0 +1,146 @@
+// The program end to end: what it crops, what it says and what it writes.
+
+#include <gmock/gmock.h>
+
+#include "Program.h"
+#include "model/Preferences.h"
+#include "model/Project.h"
+#include "render/Difference.h"
+#include "render/Png.h"
+#include "support/ProjectSpec.h"
+
+namespace kestrin_test {
+
+namespace {
+
+using testing::HasSubstr;
+
+class Crop : public Program {
+ protected:
+    Outcome crop(const std::string& file, std::vector<std::string> more, const std::string& out = "out.json") {
+        more.insert(more.begin(), {"crop", file, "-o", pathOf(out)});
+        return run(more);
+    }
+    Size sizeIn(const std::string& file, const std::string& assetId) {
+        const auto project = headless::model::Project::open(pathOf(file));
+        for (const auto& item : project->items) {
+            if (item->comp && item->comp->assetId == assetId) {
+                return item->size;
+            }
+        }
+        return {};
+    }
+};
+
+TEST_F(Crop, TheExampleShrinksAndLooksAsBefore) {
+    const Outcome outcome = crop(KESTRIN_EXAMPLE, {"--layer", "Big lantern", "--padding", "2"});
+    ASSERT_EQ(outcome.code, ExitCode::Done) << outcome.err;
+    EXPECT_THAT(outcome.out, HasSubstr("\"Lantern\": 800 x 800 -> 244 x 244, 580,464 pixels saved (90 %), "
+                                       "5 uses corrected"));
+    EXPECT_THAT(outcome.out, HasSubstr("wrote " + pathOf("out.json")));
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(sizeIn("out.json", "lantern"), Size(244, 244));
+
+    const Outcome comparison = run({"compare", KESTRIN_EXAMPLE, pathOf("out.json")});
+    EXPECT_EQ(comparison.code, ExitCode::Done) << comparison.out;
+    EXPECT_THAT(comparison.out, HasSubstr("90 frames compared"));
+
+    const Outcome again = crop(pathOf("out.json"), {"--layer", "Big lantern", "--padding", "2"}, "again.json");
+    EXPECT_EQ(again.code, ExitCode::Done);
+    EXPECT_THAT(again.out, HasSubstr("\"Lantern\": already tight at 244 x 244"));
+    EXPECT_EQ(contentOf(pathOf("again.json")), contentOf(pathOf("out.json")));
+}
+
+TEST_F(Crop, AfterAFalseMoveTheComparisonSaysWhere) {
+    Json moved = Json::parse(contentOf(KESTRIN_EXAMPLE));
+    moved["layers"][2]["ks"]["a"]["k"][0] = 301;
+    const Outcome outcome =
+        run({"compare", KESTRIN_EXAMPLE, write("moved.json", moved.dump()), "--frame", "7"});
+    EXPECT_EQ(outcome.code, ExitCode::Differs);
+    EXPECT_THAT(outcome.out, HasSubstr("shifted: \"Lanterns\", 1 frame compared, largest difference "));
+    EXPECT_THAT(outcome.out, HasSubstr("at frame 7"));
+}
+
+TEST_F(Crop, TheCompositionAsAWholeAtTheTimeGiven) {
+    const std::string file = write("in.json", project("Scene", {100, 80})
+                                                  .with(solid("Early", {10, 20}).at({5, 5}).shown(0, 15))
+                                                  .with(solid("Late", {30, 10}).at({40, 50}).shown(15, 30))
+                                                  .text());
+    EXPECT_THAT(crop(file, {}).out, HasSubstr("\"Scene\": 100 x 80 -> 10 x 20"));
+    EXPECT_THAT(crop(file, {"--frame", "20"}).out, HasSubstr("-> 30 x 10"));
+    EXPECT_THAT(crop(file, {"--time", "0.5", "--depth", "32"}).out, HasSubstr("-> 30 x 10"));
+    EXPECT_THAT(crop(file, {"--resolution", "half", "--answer", "Low Resolution=Accurate"}).out,
+                HasSubstr("-> 10 x 20"));
+
+    // The cropped root has no other picture to be seen in: it is laid over its old self.
+    const Outcome comparison = run({"compare", file, pathOf("out.json"), "--frame", "3"});
+    EXPECT_EQ(comparison.code, ExitCode::Done) << comparison.out;
+    EXPECT_THAT(comparison.out, HasSubstr("laid over its old picture by the visible box, moved by 5,5"));
+}
+
+TEST_F(Crop, NothingVisibleIsNothingToDo) {
+    const std::string file =
+        write("in.json", project("Scene", {100, 80}).with(solid("Late", {30, 10}).shown(15, 30)).text());
+    const Outcome outcome = crop(file, {});
+    EXPECT_EQ(outcome.code, ExitCode::NothingToDo);
+    EXPECT_THAT(outcome.err, HasSubstr("empty at the current time"));
+    EXPECT_EQ(files(), std::vector<std::string>{"in.json"});
+}
+
+TEST_F(Crop, InPlaceReplacesTheFileAndKeepsItsMode) {
+    const std::string file = write("in.json", contentOf(KESTRIN_EXAMPLE));
+    fs::permissions(file, fs::perms{0640});
+    const Outcome outcome = run({"crop", file, "--layer", "#2", "--in-place"});
+    EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;
+    EXPECT_EQ(sizeIn("in.json", "lantern"), Size(240, 240));
+    EXPECT_EQ(fs::status(file).permissions(), fs::perms{0640});
+    EXPECT_EQ(files(), std::vector<std::string>{"in.json"});
+}
+
+TEST_F(Crop, AnyNameCanBeSaid) {
+    for (const std::string name :
+         {"two words", "\"quoted\" it's", "[a,b]", "\u706F\u7C60 \U0001F3EE", "--layer", "#9"}) {
+        SCOPED_TRACE(name);
+        const std::string file =
+            write(name + ".json", project("Scene", {100, 80})
+                                      .with(precomp(name, {60, 60}).with(solid("Red", {10, 10}).at({20, 20})))
+                                      .text());
+        const Outcome outcome = crop(file, {"--layer=" + name}, "out " + name);
+        EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;
+        EXPECT_THAT(outcome.out, HasSubstr("\"" + name + "\": 60 x 60 -> 10 x 10"));
+        EXPECT_EQ(sizeIn("out " + name, name), Size(10, 10));
+    }
+}
+
+TEST_F(Crop, PreferencesStandWhereNothingIsSaid) {
+    headless::model::Preferences preferences;
+    preferences.setBool("Kestrin", "Padding", true);
+    preferences.setFloat("Kestrin", "PaddingAmount", 5);
+    preferences.save(pathOf("prefs"));
+    const std::string saved = contentOf(pathOf("prefs"));
+    const std::vector<std::string> fromFile{"--layer", "#2", "--preferences", pathOf("prefs")};
+    EXPECT_THAT(crop(KESTRIN_EXAMPLE, fromFile).out, HasSubstr("-> 250 x 250"));
+    auto said = fromFile;
+    said.insert(said.end(), {"--padding", "0"});
+    EXPECT_THAT(crop(KESTRIN_EXAMPLE, said).out, HasSubstr("-> 240 x 240"));
+    EXPECT_EQ(contentOf(pathOf("prefs")), saved);
+}
+
+TEST_F(Crop, RenderWritesTheFrameThatInfoNames) {
+    EXPECT_THAT(run({"info", KESTRIN_EXAMPLE}).out,
+                HasSubstr("\"Lantern\", id \"lantern\": 800 x 800, frames 0 to 89"));
+    const std::string file = pathOf("frame.png");
+    ASSERT_EQ(run({"render", KESTRIN_EXAMPLE, "--comp", "lantern", "--frame", "89", "--resolution", "half",
+                   "-o", file})
+                  .code,
+              ExitCode::Done);
+    const auto picture = headless::render::readPng(file);
+    EXPECT_EQ(Size(picture.width, picture.height), Size(400, 400));
+    EXPECT_EQ(headless::render::visibleBounds(picture), (headless::render::PixelBox{90, 150, 210, 270}));
+    EXPECT_EQ(run({"render", KESTRIN_EXAMPLE, "--frame", "90", "-o", pathOf("no.png")}).code,
+              ExitCode::BadInput);
+}
+
+}  // namespace
+
+}  // namespace kestrin_test
