@@ -1,10 +1,10 @@
 #include "cli/Cropping.h"
 
 #include <algorithm>
-#include <map>
+#include <iostream>
 
-#include "cli/ExitCode.h"
-#include "cli/Find.h"
+#include "cli/Progress.h"
+#include "cli/Settling.h"
 #include "cli/Text.h"
 
 namespace headless::cli {
@@ -12,20 +12,6 @@ namespace headless::cli {
 namespace {
 
 constexpr char section[] = "Kestrin";
-
-void setPreferences(model::Preferences& preferences, const CropRequest& request) {
-    const auto setAmount = [&](const char* flag, const char* amount, const std::optional<int>& value) {
-        if (value) {
-            preferences.setBool(section, flag, *value != 0);
-            preferences.setFloat(section, amount, *value);
-        }
-    };
-    setAmount("Padding", "PaddingAmount", request.padding);
-    setAmount("Expand", "ExpandAmount", request.expand);
-    if (request.includeMasks) {
-        preferences.setBool(section, "IncludeMasks", true);
-    }
-}
 
 template <class Do>
 void forEachComp(const model::Project& project, Do&& action) {
@@ -46,108 +32,197 @@ int usesOf(const model::Project& project, const model::Item& item) {
     return uses;
 }
 
-// What went wrong, a line each.
-std::string problems(const Session& session) {
+std::string texts(const Session& session, bool alerts) {
     std::string text;
     for (const Message& message : session.messages()) {
-        if (message.kind != Message::Kind::Alert) {
+        if ((message.kind == Message::Kind::Alert) == alerts) {
             text += "\n    " + printable(message.title) + ": " + indented(message.text);
         }
     }
     return text;
 }
 
-[[noreturn]] void stopForNothing(const std::string& why, const Session& session) {
-    std::string text = "nothing was cropped: " + why;
-    for (const Message& message : session.messages()) {
-        if (message.kind == Message::Kind::Alert) {
-            text += "\n    " + printable(message.title) + ": " + indented(message.text);
-        }
-    }
-    throw Stop(ExitCode::NothingToDo, text);
+bool alerted(const Session& session) {
+    return !texts(session, true).empty();
 }
 
-void requireEnabledEntry(Session& session, const model::Comp& comp, const CropRequest& request) {
-    const AEGP_Command command = session.pluginCommand();
-    const auto menu = session.openMenu();
-    if (std::any_of(menu.begin(), menu.end(), [&](const MenuEntry& entry) {
-            return entry.command == command && command != 0 && entry.enabled;
-        })) {
-        return;
+[[noreturn]] void stopForNothing(const std::string& why, const Session& session) {
+    throw Stop(ExitCode::NothingToDo, "nothing was cropped: " + why + texts(session, true));
+}
+
+std::string whyDisabled(const model::Comp& comp, Command command) {
+    const std::string name = inQuotes(comp.item->name);
+    if (command == Command::MaskCrop) {
+        return "the mask crop needs one selected pre-composition layer of " + name + " that has a mask";
     }
-    if (const std::string text = problems(session); !text.empty()) {
-        throw Stop(ExitCode::Failed, "the plug-in could not tell what can be cropped:" + text);
+    if (comp.selection.empty()) {
+        return "the composition " + name + " has no layers";
     }
-    stopForNothing(request.layers.empty()
-                       ? "the composition " + inQuotes(comp.item->name) + " has no layers"
-                       : "none of the selected layers of " + inQuotes(comp.item->name) +
-                             " is a pre-composition; select layers that kestrin info lists as precomp",
-                   session);
+    if (command == Command::Duration && comp.selection.size() > 1) {
+        return "the duration crop takes one layer, or none for the whole composition";
+    }
+    return "none of the selected layers of " + name +
+           " is a pre-composition; select layers that kestrin info lists as precomp";
+}
+
+bool expands(const model::Preferences& preferences, Command command) {
+    return command == Command::Standard && preferences.getBool(section, "Expand").value_or(false) &&
+           preferences.getLong(section, "ExpandAmount").value_or(0) != 0;
+}
+
+// Adds a mask of the one selected layer to the selection.
+void selectMask(Session& session, model::Comp& comp, const std::string& name) {
+    if (comp.selection.size() != 1) {
+        throw Stop(ExitCode::BadInput, "--mask NAME needs one --layer, whose mask it is");
+    }
+    const model::Layer& layer = *session.project().layer(comp.selection.front().layer);
+    std::vector<int> found;
+    std::string names;
+    for (std::size_t i = 0; i < layer.masks.size(); ++i) {
+        names += (names.empty() ? "" : ", ") + inQuotes(layer.masks[i]->name);
+        if (layer.masks[i]->name == name || "#" + std::to_string(i + 1) == name) {
+            found.push_back(static_cast<int>(i));
+        }
+    }
+    if (found.size() != 1) {
+        throw Stop(ExitCode::BadInput,
+                   "the layer " + inQuotes(session.project().nameOf(layer)) +
+                       (found.empty() ? " has no mask " : " has several masks ") + inQuotes(name) +
+                       (names.empty() ? "" : "; its masks are " + names + ", or #1 for the first"));
+    }
+    session.select(comp, {{layer.id, -1}, {layer.id, found.front()}});
 }
 
 }  // namespace
 
-CropResult crop(Session& session, const ui::Answerer& answerer, const CropRequest& request) {
-    model::Project& project = session.project();
-    model::Comp& comp = findComp(project, request.comp);
-    std::vector<const model::Item*> targets;
-    std::vector<model::SelectedThing> selection;
-    for (const std::string& name : request.layers) {
-        const model::Layer& layer = findLayer(project, comp, name);
-        selection.push_back({layer.id});
-        if (layer.source != nullptr && layer.source->comp &&
-            std::find(targets.begin(), targets.end(), layer.source) == targets.end()) {
-            targets.push_back(layer.source);
-        }
+MenuEntry holdKeysFor(Session& session, Command command) {
+    // The first tick takes back what an earlier command left; the second one sees the keys.
+    session.openMenu();
+    A_Err error = session.tick();
+    session.openMenu();
+    session.holdKeys(command == Command::MaskCrop || command == Command::Preferences,
+                     command == Command::MaskCrop || command == Command::Duration);
+    error = error != A_Err_NONE ? error : session.tick();
+    session.holdKeys(false, false);
+    if (error != A_Err_NONE || session.pluginCommand() == 0) {
+        throw Stop(ExitCode::Failed, "the plug-in could not tell what can be cropped:" + texts(session, false));
     }
-    if (selection.empty()) {
-        targets.push_back(comp.item);
-    }
-    if (request.frame) {
-        comp.currentFrame = findFrame(comp, *request.frame);
-    } else if (request.seconds) {
-        comp.currentFrame = frameAt(project, comp, *request.seconds);
-    }
-    std::map<model::ItemId, model::Size> before;
-    forEachComp(project, [&](model::Comp& each) {
-        each.downsampleX = each.downsampleY = request.resolution;
-        before[each.item->id] = each.item->size;
-    });
-    setPreferences(session.preferences(), request);
+    return session.menuEntry(session.pluginCommand());
+}
 
-    session.openComp(comp);
-    session.select(comp, std::move(selection));
-    requireEnabledEntry(session, comp, request);
-    const A_Err idleError = session.tick();
-    const A_Err error = idleError != A_Err_NONE ? idleError : session.runCommand(session.pluginCommand());
-    if (const auto unanswered = answerer.unanswered()) {
-        throw Stop(ExitCode::BadInput, printable(*unanswered));
-    }
-    if (error != A_Err_NONE) {
-        throw Stop(ExitCode::Failed, "the plug-in failed:" + problems(session));
-    }
+SizesBefore::SizesBefore(const model::Project& project) {
+    forEachComp(project, [&](const model::Comp& comp) { sizes_.emplace_back(comp.item->id, comp.item->size); });
+}
 
+CropResult SizesBefore::compareWith(const model::Project& project,
+                                    const std::vector<const model::Item*>& targets) const {
     CropResult result;
-    forEachComp(project, [&](const model::Comp& each) {
-        const model::Item& item = *each.item;
-        const auto old = before.find(item.id);
-        CroppedComp entry{item.name, old == before.end() ? item.size : old->second, item.size,
-                          usesOf(project, item)};
-        if (old == before.end()) {
-            result.added.push_back(std::move(entry));
+    forEachComp(project, [&](const model::Comp& comp) {
+        const model::Item& item = *comp.item;
+        const auto old = std::lower_bound(sizes_.begin(), sizes_.end(), std::pair(item.id, model::Size{}),
+                                          [](const auto& a, const auto& b) { return a.first < b.first; });
+        const bool isNew = old == sizes_.end() || old->first != item.id;
+        const CroppedComp entry{item.name, isNew ? item.size : old->second, item.size, usesOf(project, item)};
+        if (isNew) {
+            result.added.push_back(entry);
         } else if (entry.before != entry.after) {
-            result.resized.push_back(std::move(entry));
-        } else if (std::find(targets.begin(), targets.end(), each.item) != targets.end()) {
-            result.unchanged.push_back(std::move(entry));
+            result.resized.push_back(entry);
+        } else if (std::find(targets.begin(), targets.end(), comp.item) != targets.end()) {
+            result.unchanged.push_back(entry);
         }
     });
-    const bool alerted =
-        std::any_of(session.messages().begin(), session.messages().end(),
-                    [](const Message& message) { return message.kind == Message::Kind::Alert; });
-    if (result.resized.empty() && result.added.empty() && alerted) {
-        stopForNothing("the plug-in said", session);
+    return result;
+}
+
+std::vector<const model::Item*> cropTargets(const model::Project& project, const model::Comp& comp) {
+    if (comp.selection.empty()) {
+        return {comp.item};
+    }
+    std::vector<const model::Item*> targets;
+    for (const model::SelectedThing& thing : comp.selection) {
+        const model::Item* source = project.layer(thing.layer)->source;
+        if (source != nullptr && source->comp &&
+            std::find(targets.begin(), targets.end(), source) == targets.end()) {
+            targets.push_back(source);
+        }
+    }
+    return targets;
+}
+
+void setPreferences(model::Preferences& preferences, const CropRequest& request) {
+    const auto setAmount = [&](const char* flag, const char* amount, const std::optional<int>& value) {
+        if (value) {
+            preferences.setBool(section, flag, *value != 0);
+            preferences.setFloat(section, amount, *value);
+        }
+    };
+    setAmount("Padding", "PaddingAmount", request.padding);
+    setAmount("Expand", "ExpandAmount", request.expand);
+    if (request.includeMasks) {
+        preferences.setBool(section, "IncludeMasks", true);
+    }
+    if (request.deleteMask) {
+        preferences.setBool(section, "DeleteMask", true);
+    }
+}
+
+CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& request) {
+    Session& session = workplace.session();
+    model::Project& project = session.project();
+    forEachComp(project, [&](model::Comp& each) { each.downsampleX = each.downsampleY = request.resolution; });
+    setPreferences(session.preferences(), request);
+    if (!request.mask.empty()) {
+        selectMask(session, comp, request.mask);
+    }
+    const auto targets = cropTargets(project, comp);
+    const SizesBefore before(project);
+    const Settling settling(project);
+    if (!holdKeysFor(session, request.command).enabled) {
+        stopForNothing(whyDisabled(comp, request.command), session);
+    }
+
+    const Progress progress(session);
+    const A_Err error = session.runCommand(session.pluginCommand());
+    workplace.requireAnswered();
+    if (error != A_Err_NONE) {
+        throw Stop(ExitCode::Failed, "the plug-in failed:" + texts(session, false));
+    }
+    CropResult result = before.compareWith(project, targets);
+    if (!request.plugInOnly && !result.resized.empty()) {
+        result.settled = settling.settle(project, expands(session.preferences(), request.command));
+    }
+    if (result.resized.empty() && result.added.empty()) {
+        if (progress.interrupted()) {
+            throw Stop(ExitCode::Cancelled, "cancelled; the project is as it was");
+        }
+        if (alerted(session)) {
+            stopForNothing("the plug-in said", session);
+        }
     }
     return result;
+}
+
+void print(const CropResult& result, bool alerted) {
+    const auto area = [](model::Size size) { return std::int64_t{size.width} * size.height; };
+    for (const CroppedComp& comp : result.resized) {
+        const std::int64_t saved = area(comp.before) - area(comp.after);
+        std::cout << inQuotes(comp.name) << ": " << sizeText(comp.before) << " -> " << sizeText(comp.after)
+                  << ", "
+                  << (saved >= 0 ? grouped(saved) + " pixels saved (" +
+                                       std::to_string(saved * 100 / area(comp.before)) + " %)"
+                                 : grouped(-saved) + " pixels more")
+                  << ", " << counted(comp.uses, "use") << " corrected\n";
+    }
+    for (const CroppedComp& comp : result.added) {
+        std::cout << inQuotes(comp.name) << ": added, " << sizeText(comp.after) << '\n';
+    }
+    for (const std::string& line : result.settled) {
+        std::cout << line << '\n';
+    }
+    for (const CroppedComp& comp : result.unchanged) {
+        std::cout << inQuotes(comp.name) << ": " << (alerted ? "left" : "already tight") << " at "
+                  << sizeText(comp.after) << '\n';
+    }
 }
 
 }  // namespace headless::cli

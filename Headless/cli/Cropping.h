@@ -1,4 +1,4 @@
-// One crop, done with the hands of an artist: open, select, move the time slider, open the menu, choose.
+// One crop, done with the hands of an artist: open the menu, hold the keys, choose the command.
 
 #pragma once
 
@@ -6,19 +6,25 @@
 #include <string>
 #include <vector>
 
-#include "session/Session.h"
+#include "cli/Workplace.h"
 
 namespace headless::cli {
 
+// The meanings of the plug-in's one menu entry, by the keys that are held.
+enum class Command { Standard, Duration, MaskCrop, Preferences };
+
+// Opens the menu with the command's keys held and leaves the entry standing for it. Throws Stop when the
+// plug-in could not say what is possible.
+MenuEntry holdKeysFor(Session& session, Command command);
+
 struct CropRequest {
-    std::string comp;                 // empty: the root
-    std::vector<std::string> layers;  // none: the composition as a whole
-    std::optional<int> frame;         // from the composition's first; neither: its first
-    std::optional<double> seconds;
+    Command command = Command::Standard;
+    std::string mask;  // of the one selected layer; empty: the only one, or the one that a dialog asks for
     int resolution = 1;
     // Preferences; what is not said stays as the store has it.
     std::optional<int> padding, expand;
-    bool includeMasks = false;
+    bool includeMasks = false, deleteMask = false;
+    bool plugInOnly = false;  // nothing but what the plug-in does
 };
 
 struct CroppedComp {
@@ -31,11 +37,29 @@ struct CropResult {
     std::vector<CroppedComp> resized;
     std::vector<CroppedComp> unchanged;  // of those that were to be cropped
     std::vector<CroppedComp> added;      // pre-composed on the way
+    std::vector<std::string> settled;    // what was put right besides, a line each
 };
 
-// Runs the plug-in's command on the session's project. `answerer` is the session's. Throws Stop, and the
-// project is then not to be written: when there is nothing to crop, when a dialog got no answer, or when the
-// plug-in failed.
-CropResult crop(Session& session, const ui::Answerer& answerer, const CropRequest& request);
+// The sizes of all compositions, to tell later what a command has done to them.
+class SizesBefore {
+ public:
+    explicit SizesBefore(const model::Project& project);
+    // `targets`: what was to be cropped.
+    CropResult compareWith(const model::Project& project, const std::vector<const model::Item*>& targets) const;
+
+ private:
+    std::vector<std::pair<model::ItemId, model::Size>> sizes_;
+};
+
+// What a crop of the opened composition with this selection is about.
+std::vector<const model::Item*> cropTargets(const model::Project& project, const model::Comp& comp);
+
+void setPreferences(model::Preferences& preferences, const CropRequest& request);
+
+// Runs the command on what is open and selected. Throws Stop, and the project is then not to be written: when
+// there is nothing to crop, when a dialog got no answer, when the plug-in failed, or when the person cancelled.
+CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& request);
+
+void print(const CropResult& result, bool alerted);
 
 }  // namespace headless::cli

@@ -11,7 +11,7 @@ void addImageFolder(CLI::App& verb, std::string& folder) {
 
 void addResolution(CLI::App& verb, std::string& word) {
     verb.add_option("--resolution", word, "Resolution that compositions are shown at (full)")
-        ->check(CLI::IsMember({"full", "half", "third", "quarter"}))
+        ->check(CLI::IsMember({"full", "half", "third", "quarter"}).description(""))
         ->type_name("full|half|third|quarter");
 }
 

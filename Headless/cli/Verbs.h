@@ -20,6 +20,9 @@ void addCrop(CLI::App& program, Action& action);
 void addInfo(CLI::App& program, Action& action);
 void addRender(CLI::App& program, Action& action);
 void addCompare(CLI::App& program, Action& action);
+void addMenu(CLI::App& program, Action& action);
+void addPanel(CLI::App& program, Action& action);
+void addPreferences(CLI::App& program, Action& action);
 
 // ---- What verbs have in common ----------------------------------------------------------------------
 

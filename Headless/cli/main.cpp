@@ -25,6 +25,9 @@ ExitCode run(int argc, char** argv) {
     addInfo(program, action);
     addRender(program, action);
     addCompare(program, action);
+    addPreferences(program, action);
+    addMenu(program, action);
+    addPanel(program, action);
     try {
         program.parse(argc, argv);
     } catch (const CLI::Success& request) {  // help and version

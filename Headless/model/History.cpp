@@ -8,6 +8,16 @@ void History::begin(const std::string& name) {
     }
 }
 
+void History::resume() {
+    if (depth_++ == 0) {
+        open_ = {};
+        if (!done_.empty()) {
+            open_ = std::move(done_.back());
+            done_.pop_back();
+        }
+    }
+}
+
 bool History::end() {
     if (depth_ == 0) {
         return false;

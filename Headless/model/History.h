@@ -23,6 +23,8 @@ class History {
 
     // Groups nest: the outermost names the step, and a group without a change leaves none.
     void begin(const std::string& name);
+    // Opens a group whose changes join the last step that was done, or a new one where there is none.
+    void resume();
     // False when no group is open.
     bool end();
     int depth() const { return depth_; }

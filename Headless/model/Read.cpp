@@ -212,7 +212,8 @@ class Reader {
     }
 
     std::string lineOf(const char* place) const {
-        return "line " + std::to_string(1 + std::count(static_cast<const char*>(project_.text_.data()), place, '\n'));
+        return "line " +
+               std::to_string(1 + std::count(static_cast<const char*>(project_.text_.data()), place, '\n'));
     }
 
     void takeLayer(int asset, const Json& json, std::string_view text) {

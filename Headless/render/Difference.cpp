@@ -45,6 +45,25 @@ Difference difference(const Picture& one, const Picture& other, int tolerance) {
     return result;
 }
 
+std::size_t pixelsInside(const Picture& one, const Picture& other, int tolerance) {
+    assert(one.width == other.width && one.height == other.height);
+    const auto differs = [&](int x, int y) {
+        const std::size_t index = static_cast<std::size_t>(y) * one.width + x;
+        return distance(one.pixels[index], other.pixels[index]) > tolerance;
+    };
+    std::size_t count = 0;
+    for (int y = 1; y + 1 < one.height; ++y) {
+        for (int x = 1; x + 1 < one.width; ++x) {
+            bool inside = differs(x, y);
+            for (int i = 0; inside && i < 9; ++i) {
+                inside = differs(x - 1 + i % 3, y - 1 + i / 3);
+            }
+            count += inside ? 1 : 0;
+        }
+    }
+    return count;
+}
+
 std::optional<PixelBox> visibleBounds(const Picture& picture) {
     std::optional<PixelBox> result;
     std::size_t index = 0;

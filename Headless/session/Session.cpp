@@ -497,6 +497,13 @@ render::World Session::renderedWorld(const RenderOptions& wanted) {
     return render::makeWorld(picture, options_.depth);
 }
 
+std::uint64_t Session::keys() {
+    if (beforeKeysAreRead) {
+        beforeKeysAreRead();
+    }
+    return keys_;
+}
+
 void Session::showProgress(int percent) {
     progressShown_.push_back(percent);
     if (onProgress) {

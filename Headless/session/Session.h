@@ -114,9 +114,12 @@ class Session final : private script::ScriptHost {
     void withholdSuite(const std::string& name, std::int32_t number) { withheld_.emplace(name, number); }
     // Called after each frame that the plug-in has had rendered, with the percentage last shown.
     std::function<void(int)> onProgress;
+    // Called whenever the plug-in is about to look at the keys.
+    std::function<void()> beforeKeysAreRead;
 
     model::Project& project() { return *project_; }
     model::Preferences& preferences() override { return preferences_; }
+    void savePreferences() override;  // to the file of the options, if there is one
 
     // ---- For the suites ------------------------------------------------------------------------------
     // Start of a gated call: 0, or the code that it must answer with at once.
@@ -207,7 +210,7 @@ class Session final : private script::ScriptHost {
     std::string runScript(const std::string& text);  // throws script::ScriptError
     void addMessage(Message message) { messages_.push_back(std::move(message)); }
 
-    std::uint64_t keys() const { return keys_; }
+    std::uint64_t keys();
     void openProgress() { progressOpen_ = true; }
     void showProgress(int percent);
     void closeProgress() { progressOpen_ = false; }
@@ -232,7 +235,6 @@ class Session final : private script::ScriptHost {
     std::vector<script::LayerId> selectedLayers(script::ItemId comp) override;
     script::LayerInfo layer(script::LayerId id) override;
     void setParent(script::LayerId child, std::optional<script::LayerId> parent) override;
-    void savePreferences() override;
     void reloadPreferences() override;
     void alert(const std::string& message, const std::string& title, bool errorIcon) override;
     ui::Answerer& answerer() override { return answerer_; }

@@ -75,8 +75,12 @@ TEST(Comparison, EdgeNoiseIsFewFaintPixels) {
     EXPECT_EQ(compared(scene(10, "#808080"), scene(10, "#838383")).verdict(), Verdict::EdgeNoise);
     EXPECT_EQ(compared(scene(10, "#808080"), scene(10, "#c0c0c0")).verdict(), Verdict::EdgeNoise);
     EXPECT_EQ(compared(scene(10, "#808080"), scene(10, "#c1c1c1")).verdict(), Verdict::Shifted);
-    EXPECT_EQ(compared(scene(10, "#808080", {1, 41}), scene(10, "#838383", {1, 41})).verdict(),
+    EXPECT_EQ(compared(scene(10, "#808080", {2, 41}), scene(10, "#888888", {2, 41})).verdict(),
+              Verdict::EdgeNoise);
+    EXPECT_EQ(compared(scene(10, "#808080", {1, 41}), scene(10, "#898989", {1, 41})).verdict(),
               Verdict::Shifted);
+    EXPECT_EQ(compared(scene(10, "#808080", {9, 41}), scene(10, "#838383", {9, 41})).verdict(),
+              Verdict::Shifted);  // faint, but no line
 
     const Comparison shifted = compared(scene(10, "#808080"), scene(11, "#808080"));
     ASSERT_EQ(shifted.verdict(), Verdict::Shifted);

@@ -39,7 +39,7 @@ TEST_F(Crop, TheExampleShrinksAndLooksAsBefore) {
                                        "5 uses corrected"));
     EXPECT_THAT(outcome.out, HasSubstr("wrote " + pathOf("out.json")));
     EXPECT_EQ(outcome.err, "");
-    EXPECT_EQ(sizeIn("out.json", "lantern"), Size(244, 244));
+    EXPECT_EQ(sizeIn("out.json", "lantern"), (Size{244, 244}));
 
     const Outcome comparison = run({"compare", KESTRIN_EXAMPLE, pathOf("out.json")});
     EXPECT_EQ(comparison.code, ExitCode::Done) << comparison.out;
@@ -92,7 +92,7 @@ TEST_F(Crop, InPlaceReplacesTheFileAndKeepsItsMode) {
     fs::permissions(file, fs::perms{0640});
     const Outcome outcome = run({"crop", file, "--layer", "#2", "--in-place"});
     EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;
-    EXPECT_EQ(sizeIn("in.json", "lantern"), Size(240, 240));
+    EXPECT_EQ(sizeIn("in.json", "lantern"), (Size{240, 240}));
     EXPECT_EQ(fs::status(file).permissions(), fs::perms{0640});
     EXPECT_EQ(files(), std::vector<std::string>{"in.json"});
 }
@@ -108,7 +108,7 @@ TEST_F(Crop, AnyNameCanBeSaid) {
         const Outcome outcome = crop(file, {"--layer=" + name}, "out " + name);
         EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;
         EXPECT_THAT(outcome.out, HasSubstr("\"" + name + "\": 60 x 60 -> 10 x 10"));
-        EXPECT_EQ(sizeIn("out " + name, name), Size(10, 10));
+        EXPECT_EQ(sizeIn("out " + name, name), (Size{10, 10}));
     }
 }
 
@@ -135,7 +135,7 @@ TEST_F(Crop, RenderWritesTheFrameThatInfoNames) {
                   .code,
               ExitCode::Done);
     const auto picture = headless::render::readPng(file);
-    EXPECT_EQ(Size(picture.width, picture.height), Size(400, 400));
+    EXPECT_EQ((Size{picture.width, picture.height}), (Size{400, 400}));
     EXPECT_EQ(headless::render::visibleBounds(picture), (headless::render::PixelBox{90, 150, 210, 270}));
     EXPECT_EQ(run({"render", KESTRIN_EXAMPLE, "--frame", "90", "-o", pathOf("no.png")}).code,
               ExitCode::BadInput);

@@ -71,7 +71,7 @@ TEST(Renderer, ALateWorkerIsReplaced) {
     EXPECT_EQ(row(renderer.frame(0, 12, 2), 1), "RRRR........");
 }
 
-#if !defined(__SANITIZE_ADDRESS__)  // which cannot live under a limit
+#ifndef __SANITIZE_ADDRESS__  // which cannot live under a limit
 TEST(Renderer, AWorkerThatOutgrowsItsMemoryIsReplaced) {
     Renderer renderer({.memoryBytes = 400u << 20});
     EXPECT_NE(errorOf([&] { renderer.prepare(heavy()); }), "none");

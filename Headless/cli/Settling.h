@@ -1,0 +1,33 @@
+// What the plug-in leaves as it is, and what still has to move with a cropped composition.
+//
+// The plug-in corrects each layer that shows the composition, and nothing that hangs on such a layer: its
+// children live in its space, whose origin has moved. And of an odd size it loses half a pixel. Both are put
+// right here, inside the command's own undo step.
+
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "model/Project.h"
+
+namespace headless::cli {
+
+class Settling {
+ public:
+    // Remembers where everything is before the crop.
+    explicit Settling(const model::Project& project);
+
+    // After it. `expanded`: the crop ran twice, first to an expanded frame. Returns a line for each thing done.
+    std::vector<std::string> settle(model::Project& project, bool expanded) const;
+
+ private:
+    struct Use {
+        model::Size sourceSize;
+        model::Vec3 anchor;  // at its first keyframe
+    };
+    std::map<model::LayerId, Use> uses_;
+};
+
+}  // namespace headless::cli

@@ -1,0 +1,52 @@
+// kestrin preferences: the plug-in's own dialog over a preference file.
+
+#include <iostream>
+
+#include "cli/Cropping.h"
+#include "cli/Text.h"
+
+namespace headless::cli {
+
+namespace {
+
+// The dialog needs a host, and a host always has a project open.
+std::unique_ptr<model::Project> emptyProject() {
+    return model::Project::read(
+        R"({"v":"5.7.0","fr":30,"ip":0,"op":30,"w":100,"h":100,"layers":[],"assets":[]})");
+}
+
+ExitCode run(const WorkplaceOptions& options) {
+    Workplace workplace(options, emptyProject());
+    Session& session = workplace.session();
+    const model::Preferences before = session.preferences();
+    holdKeysFor(session, Command::Preferences);
+    const A_Err error = session.runCommand(session.pluginCommand());
+    workplace.requireAnswered();
+    workplace.printMessages();
+    if (error != A_Err_NONE) {
+        throw Stop(ExitCode::Failed, "the plug-in failed (error " + std::to_string(error) + ")");
+    }
+    if (session.preferences() == before) {
+        std::cout << "nothing changed\n";
+    } else {
+        session.savePreferences();
+        std::cout << "wrote " << printable(options.preferences) << '\n';
+    }
+    return ExitCode::Done;
+}
+
+}  // namespace
+
+void addPreferences(CLI::App& program, Action& action) {
+    auto options = std::make_shared<WorkplaceOptions>();
+    CLI::App* verb =
+        program.add_subcommand("preferences", "Edit a preference file in the plug-in's own dialog");
+    addWorkplaceOptions(*verb, *options);
+    verb->get_option("--preferences")->required();
+    verb->footer(
+        "Example: kestrin preferences --preferences kestrin.prefs\n"
+        "         kestrin crop ... --preferences kestrin.prefs then follows them");
+    verb->callback([&action, options] { action = [options] { return run(*options); }; });
+}
+
+}  // namespace headless::cli
