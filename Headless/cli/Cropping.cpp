@@ -192,7 +192,9 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
         result.settled = settling.settle(project, expands(session.preferences(), request.command));
     }
     if (result.resized.empty() && result.added.empty()) {
-        if (progress.interrupted()) {
+        // A closed mask chooser leaves its undo group to the host, and that is all it does.
+        const bool chooserClosed = request.command == Command::MaskCrop && session.undoMismatches() > 0;
+        if (progress.interrupted() || chooserClosed) {
             throw Stop(ExitCode::Cancelled, "cancelled; the project is as it was");
         }
         if (alerted(session)) {

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -49,7 +50,8 @@ class Program : public testing::Test {
         return pathOf(name);
     }
 
-    Outcome run(std::vector<std::string> arguments) const {
+    // `meanwhile` is called with the running program.
+    Outcome run(std::vector<std::string> arguments, const std::function<void(pid_t)>& meanwhile = {}) const {
         arguments.insert(arguments.begin(), KESTRIN_PROGRAM);
         std::vector<char*> argv;
         for (std::string& argument : arguments) {
@@ -68,6 +70,9 @@ class Program : public testing::Test {
             redirect(STDERR_FILENO, err, O_WRONLY | O_CREAT | O_TRUNC);
             ::execv(argv[0], argv.data());
             ::_exit(127);
+        }
+        if (meanwhile) {
+            meanwhile(child);
         }
         int status = 0;
         ::waitpid(child, &status, 0);

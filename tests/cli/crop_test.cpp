@@ -141,6 +141,29 @@ TEST_F(Crop, RenderWritesTheFrameThatInfoNames) {
               ExitCode::BadInput);
 }
 
+TEST_F(Crop, PicturesOutsideTheFileAreReadFromTheFolderThatWasAllowed) {
+    fs::create_directories(pathOf("images"));
+    headless::render::writePng(pathOf("images/dot.png"), {3, 2, std::vector<std::uint32_t>(6, 0xFFFF0000)});
+    Json scene = Json::parse(
+        project("Scene", {40, 30})
+            .with(precomp("Card", {40, 30}).with(LayerSpec(2, "dot").set("refId", "dot").at({10, 20})))
+            .text());
+    scene["assets"].push_back(
+        {{"id", "dot"}, {"w", 3}, {"h", 2}, {"u", "images/"}, {"p", "dot.png"}, {"e", 0}});
+    const std::string file = write("in.json", scene.dump());
+    EXPECT_EQ(crop(file, {"--layer", "Card"}).code, ExitCode::BadInput);
+    EXPECT_EQ(crop(file, {"--layer", "Card", "--images", folder.string()}).code, ExitCode::Done);
+    const auto project =
+        headless::model::Project::open(pathOf("out.json"), {.name = "", .imageFolder = folder});
+    EXPECT_EQ(project->items[1]->size, (Size{3, 2}));
+    EXPECT_EQ(contentOf(pathOf("out.json")).find("base64"), std::string::npos);
+
+    fs::remove(pathOf("images/dot.png"));
+    const Outcome gone = crop(file, {"--layer", "Card", "--images", folder.string()});
+    EXPECT_NE(gone.code, ExitCode::Done);
+    EXPECT_THAT(gone.err, HasSubstr("dot.png: the picture cannot be read"));
+}
+
 }  // namespace
 
 }  // namespace kestrin_test
