@@ -181,6 +181,7 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
         stopForNothing(whyDisabled(comp, request.command), session);
     }
 
+    const std::size_t stepsBefore = project.history.done().size();
     const Progress progress(session);
     const A_Err error = session.runCommand(session.pluginCommand());
     workplace.requireAnswered();
@@ -199,6 +200,9 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
         }
         if (alerted(session)) {
             stopForNothing("the plug-in said", session);
+        }
+        if (project.history.done().size() == stepsBefore) {
+            stopForNothing("nothing is visible at any frame", session);
         }
     }
     return result;

@@ -1,0 +1,151 @@
+// The duration and the mask crop on published animations.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "cli/Comparison.h"
+#include "cli/Cropping.h"
+#include "cli/ExitCode.h"
+
+namespace kestrin_test {
+
+namespace {
+
+using namespace headless;
+using namespace headless::cli;
+
+class RealModes : public testing::Test {
+ protected:
+    void SetUp() override {
+        if (std::string(KESTRIN_REAL_FILES).empty()) {
+            GTEST_SKIP() << "the files are not here; configure with -DKESTRIN_REAL_FILES=FOLDER";
+        }
+    }
+    // Opens a file's composition with one layer selected, by its place from 1.
+    void open(const std::string& file, const std::string& comp, int layer) {
+        workplace.reset();
+        WorkplaceOptions options;
+        options.project = std::string(KESTRIN_REAL_FILES) + "/" + file;
+        options.plugin = KESTRIN_PLUGIN;
+        before = model::Project::open(options.project);
+        workplace = std::make_unique<Workplace>(options);
+        SelectionOptions selection;
+        selection.comp = comp;
+        selection.layers = {"#" + std::to_string(layer)};
+        opened = &workplace->open(selection);
+        source = opened->layers[static_cast<std::size_t>(layer) - 1]->source;
+        use = opened->layers[static_cast<std::size_t>(layer) - 1].get();
+    }
+    model::Project& project() { return workplace->session().project(); }
+    CropResult run(Command command, bool includeMasks = false) {
+        CropRequest request;
+        request.command = command;
+        request.padding = command == Command::MaskCrop ? 0 : 2;
+        request.includeMasks = includeMasks;
+        return crop(*workplace, *opened, request);
+    }
+    Verdict verdict(std::optional<int> frame = std::nullopt) {
+        return compare(*before, *model::Project::read(project().write()), {frame, opened->assetId}).verdict();
+    }
+
+    std::unique_ptr<model::Project> before;
+    std::unique_ptr<Workplace> workplace;
+    model::Comp* opened = nullptr;
+    model::Item* source = nullptr;
+    model::Layer* use = nullptr;
+};
+
+TEST_F(RealModes, MasksLimitTheDurationCrop) {
+    open("navidad.json", "", 9);
+    run(Command::Duration);
+    const model::Size whole = source->size;
+    open("navidad.json", "", 9);
+    run(Command::Duration, true);
+    EXPECT_LE(source->size.width, whole.width);
+    EXPECT_LE(source->size.height, whole.height);
+    EXPECT_LT(source->size.width, 1920);
+    EXPECT_NE(verdict(89), Verdict::Shifted);
+}
+
+TEST_F(RealModes, AnotherTimeScaleCountsTheSameFrames) {
+    open("navidad.json", "", 9);
+    run(Command::Duration);
+    const auto frames = workplace->session().progressShown().size();
+    const model::Size size = source->size;
+    workplace.reset();
+    SessionOptions options;
+    options.durationScale = 1001;
+    ui::PreparedAnswers answers;
+    Session session(model::Project::open(std::string(KESTRIN_REAL_FILES) + "/navidad.json"), answers, options);
+    session.loadPlugin(KESTRIN_PLUGIN);
+    model::Comp& root = session.project().root();
+    session.select(root, {{root.layers[8]->id, -1}});
+    EXPECT_TRUE(holdKeysFor(session, Command::Duration).enabled);
+    EXPECT_EQ(session.runCommand(session.pluginCommand()), 0);
+    EXPECT_NEAR(static_cast<double>(session.progressShown().size()), static_cast<double>(frames), 1);
+    EXPECT_EQ(root.layers[8]->source->size.width + 4, size.width);  // without the padding
+}
+
+TEST_F(RealModes, CancelledInTheMiddleItChangesNothing) {
+    open("coins.json", "in-reveal", 1);
+    const std::string text = project().write();
+    ASSERT_TRUE(holdKeysFor(workplace->session(), Command::Duration).enabled);
+    int keysRead = 0;
+    workplace->session().beforeKeysAreRead = [&] {
+        if (++keysRead == 20) {
+            workplace->session().holdKeys(true, true);
+        }
+    };
+    EXPECT_EQ(workplace->session().runCommand(workplace->session().pluginCommand()), 0);
+    EXPECT_EQ(keysRead, 20);
+    EXPECT_EQ(project().write(), text);
+}
+
+TEST_F(RealModes, AnEmptyCompositionIsLeft) {
+    open("background.json", "", 1);
+    const std::string text = project().write();
+    try {
+        run(Command::Duration);
+        ADD_FAILURE() << "something was visible";
+    } catch (const Stop& stop) {
+        EXPECT_EQ(stop.code, ExitCode::NothingToDo) << stop.what();
+    }
+    EXPECT_EQ(project().write(), text);
+}
+
+TEST_F(RealModes, TheMaskCropCutsToTheMasksCorners) {
+    struct Case {
+        const char* file;
+        int layer;
+        bool animated;
+    };
+    for (const Case& each :
+         {Case{"navidad.json", 3, false}, Case{"navidad.json", 9, true}, Case{"banner.json", 4, true}}) {
+        open(each.file, "", each.layer);
+        ASSERT_EQ(use->masks.size(), 1u);
+        EXPECT_EQ(!use->masks[0]->path.keys.empty(), each.animated) << each.file;
+        double left = source->size.width, top = source->size.height, right = 0, bottom = 0;
+        model::MaskPath path = use->masks[0]->path.at(opened->firstFrame);
+        if (!path.closed) {
+            path.vertices.pop_back();  // an open mask has a segment less, and that many corners are measured
+        }
+        for (const model::MaskVertex& vertex : path.vertices) {
+            left = std::min(left, std::round(vertex.point.x));
+            top = std::min(top, std::round(vertex.point.y));
+            right = std::max(right, std::round(vertex.point.x));
+            bottom = std::max(bottom, std::round(vertex.point.y));
+        }
+        run(Command::MaskCrop);
+        EXPECT_EQ(source->size,
+                  (model::Size{static_cast<int>(right - left) + 1, static_cast<int>(bottom - top) + 1}))
+            << each.file << ", layer " << each.layer;
+        if (each.animated) {  // the other one is shown without its mask, too
+            EXPECT_NE(verdict(89), Verdict::Shifted) << each.file << ", layer " << each.layer;
+        }
+    }
+}
+
+}  // namespace
+
+}  // namespace kestrin_test
