@@ -199,17 +199,18 @@ std::vector<MenuEntry> Session::openMenu() {
     for (MenuEntry& entry : menu_) {
         entry.enabled = false;
     }
-    for (const auto& [hook, refcon] : menuHooks_) {
-        callHook("UpdateMenuHook", [&] { return hook(globalRefcon_, refcon, {}); });
+    for (const auto& registered : menuHooks_) {
+        callHook("UpdateMenuHook", [&] { return registered.first(globalRefcon_, registered.second, {}); });
     }
     return menu_;
 }
 
 A_Err Session::tick() {
     A_Err result = A_Err_NONE;
-    for (const auto& [hook, refcon] : idleHooks_) {
+    for (const auto& registered : idleHooks_) {
         A_long sleep = 60;
-        const A_Err error = callHook("IdleHook", [&] { return hook(globalRefcon_, refcon, &sleep); });
+        const A_Err error =
+            callHook("IdleHook", [&] { return registered.first(globalRefcon_, registered.second, &sleep); });
         result = result != A_Err_NONE ? result : error;
     }
     return result;

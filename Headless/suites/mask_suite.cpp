@@ -29,7 +29,9 @@ A_Err disposeMask(AEGP_MaskRefH mask) noexcept {
 
 A_Err deleteMaskFromLayer(AEGP_MaskRefH mask) noexcept {
     return gate("AEGP_DeleteMaskFromLayer", [&](Session& session) {
-        auto [layer, index] = session.ownerOf(session.masks.at(bits(mask)));
+        const auto owner = session.ownerOf(session.masks.at(bits(mask)));
+        model::Layer& layer = owner.first;
+        const std::size_t index = owner.second;
         auto& selection = layer.comp->selection;
         if (std::any_of(selection.begin(), selection.end(), [&](const model::SelectedThing& thing) {
                 return thing.layer == layer.id && thing.mask == static_cast<int>(index);

@@ -26,18 +26,18 @@ struct Resolved {
     static GetPoint pointOf(AEGP_LayerStream which) {
         switch (which) {
             case AEGP_LayerStream_ANCHORPOINT:
-                return [](model::Layer& layer) -> model::PointStream& { return layer.anchor; };
+                return [](model::Layer& l) -> model::PointStream& { return l.anchor; };
             case AEGP_LayerStream_POSITION:
-                return [](model::Layer& layer) -> model::PointStream& { return layer.position; };
+                return [](model::Layer& l) -> model::PointStream& { return l.position; };
             default:
-                return [](model::Layer& layer) -> model::PointStream& { return layer.scale; };
+                return [](model::Layer& l) -> model::PointStream& { return l.scale; };
         }
     }
     static GetScalar scalarOf(AEGP_LayerStream which) {
         if (which == AEGP_LayerStream_ROTATION) {
-            return [](model::Layer& layer) -> model::ScalarStream& { return layer.rotation; };
+            return [](model::Layer& l) -> model::ScalarStream& { return l.rotation; };
         }
-        return [](model::Layer& layer) -> model::ScalarStream& { return *layer.timeRemap; };
+        return [](model::Layer& l) -> model::ScalarStream& { return *l.timeRemap; };
     }
 };
 
