@@ -38,11 +38,12 @@ void limitTo(const A_FloatRect& region, VisibleRange& range) {
 // Scales back to full resolution, then pads. The last visible pixel's block is not extended to its end.
 CroppingBounds scaledAndPadded(const VisibleRange& range, A_long width, A_long height, short xFactor,
                                short yFactor, std::int64_t padding) {
+    // In 64 bits: a padding beyond every size stays one, for the host to refuse.
     const auto scaled = [](A_long index, short factor) { return std::int64_t{index} * factor; };
-    return {static_cast<double>(wrapToLong(scaled(range.minRow, yFactor) - padding)),
-            static_cast<double>(wrapToLong(scaled(range.maxRow, yFactor) + padding)),
-            static_cast<double>(wrapToLong(scaled(range.minCol, xFactor) - padding)),
-            static_cast<double>(wrapToLong(scaled(range.maxCol, xFactor) + padding)),
+    return {static_cast<double>(scaled(range.minRow, yFactor) - padding),
+            static_cast<double>(scaled(range.maxRow, yFactor) + padding),
+            static_cast<double>(scaled(range.minCol, xFactor) - padding),
+            static_cast<double>(scaled(range.maxCol, xFactor) + padding),
             wrapToLong(scaled(width, xFactor)),
             wrapToLong(scaled(height, yFactor))};
 }

@@ -4,7 +4,6 @@
 #include <iostream>
 
 #include "cli/Progress.h"
-#include "cli/Settling.h"
 #include "cli/Text.h"
 
 namespace headless::cli {
@@ -65,11 +64,6 @@ std::string whyDisabled(const model::Comp& comp, Command command) {
            " is a pre-composition; select layers that kestrin info lists as precomp";
 }
 
-bool expands(const model::Preferences& preferences, Command command) {
-    return command == Command::Standard && preferences.getBool(section, "Expand").value_or(false) &&
-           preferences.getLong(section, "ExpandAmount").value_or(0) != 0;
-}
-
 // Adds a mask of the one selected layer to the selection.
 void selectMask(Session& session, model::Comp& comp, const std::string& name) {
     if (comp.selection.size() != 1) {
@@ -95,6 +89,11 @@ void selectMask(Session& session, model::Comp& comp, const std::string& name) {
 
 }  // namespace
 
+bool expands(const model::Preferences& preferences, Command command) {
+    return command == Command::Standard && preferences.getBool(section, "Expand").value_or(false) &&
+           preferences.getLong(section, "ExpandAmount").value_or(0) != 0;
+}
+
 MenuEntry holdKeysFor(Session& session, Command command) {
     // The first tick takes back what an earlier command left; the second one sees the keys.
     session.openMenu();
@@ -115,19 +114,26 @@ SizesBefore::SizesBefore(const model::Project& project) {
 }
 
 CropResult SizesBefore::compareWith(const model::Project& project,
-                                    const std::vector<const model::Item*>& targets) const {
+                                    const std::vector<const model::Item*>& targets,
+                                    const Settling& settling) const {
     CropResult result;
     forEachComp(project, [&](const model::Comp& comp) {
         const model::Item& item = *comp.item;
         const auto old = std::lower_bound(sizes_.begin(), sizes_.end(), std::pair(item.id, model::Size{}),
                                           [](const auto& a, const auto& b) { return a.first < b.first; });
         const bool isNew = old == sizes_.end() || old->first != item.id;
-        const CroppedComp entry{item.name, isNew ? item.size : old->second, item.size, usesOf(project, item)};
+        const model::Size before = isNew ? item.size : old->second;
+        const bool wanted = std::find(targets.begin(), targets.end(), comp.item) != targets.end();
+        if (!isNew && !wanted && before == item.size) {
+            return;
+        }
+        const CroppedComp entry{item.name, before, item.size, usesOf(project, item),
+                                settling.hasMoved(project, item)};
         if (isNew) {
             result.added.push_back(entry);
         } else if (entry.before != entry.after) {
             result.resized.push_back(entry);
-        } else if (std::find(targets.begin(), targets.end(), comp.item) != targets.end()) {
+        } else {
             result.unchanged.push_back(entry);
         }
     });
@@ -177,7 +183,11 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
     const auto targets = cropTargets(project, comp);
     const SizesBefore before(project);
     const Settling settling(project);
-    if (!holdKeysFor(session, request.command).enabled) {
+    const bool enabled = holdKeysFor(session, request.command).enabled;
+    if (!enabled && !texts(session, false).empty()) {
+        throw Stop(ExitCode::Failed, "the plug-in could not tell what can be cropped:" + texts(session, false));
+    }
+    if (!enabled) {
         stopForNothing(whyDisabled(comp, request.command), session);
     }
 
@@ -188,10 +198,12 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
     if (error != A_Err_NONE) {
         throw Stop(ExitCode::Failed, "the plug-in failed:" + texts(session, false));
     }
-    CropResult result = before.compareWith(project, targets);
-    if (!request.plugInOnly && !result.resized.empty()) {
-        result.settled = settling.settle(project, expands(session.preferences(), request.command));
+    std::vector<std::string> settled;
+    if (!request.plugInOnly && project.history.done().size() != stepsBefore) {
+        settled = settling.settle(project, expands(session.preferences(), request.command));
     }
+    CropResult result = before.compareWith(project, targets, settling);
+    result.settled = std::move(settled);
     if (result.resized.empty() && result.added.empty()) {
         // A closed mask chooser leaves its undo group to the host, and that is all it does.
         const bool chooserClosed = request.command == Command::MaskCrop && session.undoMismatches() > 0;
@@ -226,8 +238,11 @@ void print(const CropResult& result, bool alerted) {
         std::cout << line << '\n';
     }
     for (const CroppedComp& comp : result.unchanged) {
-        std::cout << inQuotes(comp.name) << ": " << (alerted ? "left" : "already tight") << " at "
-                  << sizeText(comp.after) << '\n';
+        std::cout << inQuotes(comp.name) << ": "
+                  << (comp.moved ? "its content moved, still"
+                      : alerted  ? "left at"
+                                 : "already tight at")
+                  << " " << sizeText(comp.after) << '\n';
     }
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/Settling.h"
 #include "cli/Workplace.h"
 
 namespace headless::cli {
@@ -30,7 +31,8 @@ struct CropRequest {
 struct CroppedComp {
     std::string name;
     model::Size before, after;
-    int uses = 0;  // layers that show it, all of them corrected
+    int uses = 0;        // layers that show it, all of them corrected
+    bool moved = false;  // of the same size as before: its content lies elsewhere
 };
 
 struct CropResult {
@@ -45,7 +47,8 @@ class SizesBefore {
  public:
     explicit SizesBefore(const model::Project& project);
     // `targets`: what was to be cropped.
-    CropResult compareWith(const model::Project& project, const std::vector<const model::Item*>& targets) const;
+    CropResult compareWith(const model::Project& project, const std::vector<const model::Item*>& targets,
+                           const Settling& settling) const;
 
  private:
     std::vector<std::pair<model::ItemId, model::Size>> sizes_;
@@ -59,6 +62,9 @@ void setPreferences(model::Preferences& preferences, const CropRequest& request)
 // Runs the command on what is open and selected. Throws Stop, and the project is then not to be written: when
 // there is nothing to crop, when a dialog got no answer, when the plug-in failed, or when the person cancelled.
 CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& request);
+
+// Whether the standard crop follows an expanding run.
+bool expands(const model::Preferences& preferences, Command command);
 
 void print(const CropResult& result, bool alerted);
 

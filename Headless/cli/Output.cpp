@@ -57,6 +57,9 @@ void requireWritable(const fs::path& file) {
     if (fs::is_directory(file, error)) {
         refuse("this is a folder; name a file in it");
     }
+    if (fs::exists(file, error) && !fs::is_regular_file(file, error)) {
+        refuse("this is no ordinary file");
+    }
     if (::access(folder.c_str(), W_OK) != 0) {
         refuse(because(errno));
     }

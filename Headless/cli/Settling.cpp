@@ -45,7 +45,8 @@ std::vector<std::string> Settling::settle(model::Project& project, bool expanded
     project.history.resume();
     forEachUse(project, [&](model::Layer& use) {
         const auto before = uses_.find(use.id);
-        if (before == uses_.end() || before->second.sourceSize == use.source->size) {
+        if (before == uses_.end() ||
+            (before->second.sourceSize == use.source->size && before->second.anchor == firstAnchor(use))) {
             return;
         }
         // Each run loses half a pixel when it starts from an odd size; of an expanding run and the one that
@@ -62,6 +63,9 @@ std::vector<std::string> Settling::settle(model::Project& project, bool expanded
             }
         }
         const model::Vec3 moved = before->second.anchor - firstAnchor(use);
+        if (moved == model::Vec3{}) {
+            return;
+        }
         for (model::Layer* child : use.children) {
             move(
                 project, *child, [](model::Layer& layer) -> model::PointStream& { return layer.position; },
@@ -72,6 +76,16 @@ std::vector<std::string> Settling::settle(model::Project& project, bool expanded
     });
     project.history.end();
     return lines;
+}
+
+bool Settling::hasMoved(const model::Project& project, const model::Item& item) const {
+    bool moved = false;
+    forEachUse(project, [&](const model::Layer& use) {
+        const auto before = uses_.find(use.id);
+        moved = moved ||
+                (use.source == &item && before != uses_.end() && !(before->second.anchor == firstAnchor(use)));
+    });
+    return moved;
 }
 
 }  // namespace headless::cli

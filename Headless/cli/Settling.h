@@ -21,6 +21,8 @@ class Settling {
 
     // After it. `expanded`: the crop ran twice, first to an expanded frame. Returns a line for each thing done.
     std::vector<std::string> settle(model::Project& project, bool expanded) const;
+    // Whether the content of a composition lies elsewhere in it than before, seen from those who show it.
+    bool hasMoved(const model::Project& project, const model::Item& item) const;
 
  private:
     struct Use {

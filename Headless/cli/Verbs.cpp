@@ -18,6 +18,9 @@ void addResolution(CLI::App& verb, std::string& word) {
 std::unique_ptr<model::Project> openProject(const std::string& file, const std::string& imageFolder) {
     model::ReadOptions options;
     if (!imageFolder.empty()) {
+        if (!std::filesystem::is_directory(imageFolder)) {
+            throw Stop(ExitCode::BadInput, "there is no folder " + imageFolder + " to read pictures from");
+        }
         options.imageFolder = imageFolder;
     }
     return model::Project::open(file, options);

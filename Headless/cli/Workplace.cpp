@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <iostream>
 
 #include "cli/Find.h"
@@ -86,7 +87,10 @@ model::Comp& Workplace::open(const SelectionOptions& selection) {
     model::Comp& comp = findComp(project, selection.comp);
     std::vector<model::SelectedThing> things;
     for (const std::string& name : selection.layers) {
-        things.push_back({findLayer(project, comp, name).id, -1});
+        const model::SelectedThing thing{findLayer(project, comp, name).id, -1};
+        if (std::find(things.begin(), things.end(), thing) == things.end()) {
+            things.push_back(thing);
+        }
     }
     if (selection.frame) {
         comp.currentFrame = findFrame(comp, *selection.frame);

@@ -37,7 +37,11 @@ ExitCode run(int argc, char** argv) {
         return failWith(ExitCode::BadInput, printable(error.what()) + "; kestrin --help tells more");
     }
     try {
-        return action();
+        const ExitCode code = action();
+        if (!std::cout.flush()) {
+            return failWith(ExitCode::Failed, "the output could not be written to standard output");
+        }
+        return code;
     } catch (const Stop& stop) {
         return failWith(stop.code, stop.what());
     } catch (const headless::model::ProjectError& error) {

@@ -30,23 +30,33 @@ ExitCode run(const Options& options) {
     const model::Comp& comp = workplace.open(options.selection);
     const auto targets = cropTargets(session.project(), comp);
     const SizesBefore before(session.project());
+    const Settling settling(session.project());
+    const std::size_t stepsBefore = session.project().history.done().size();
 
     session.preferences().setLong("Kestrin", "Menu_Cmd", session.pluginCommand());
     session.preferences().setLong("Kestrin", "Panel_Run", options.request);
     const Progress progress(session);
     const A_Err error = session.tick();
     workplace.requireAnswered();
-    workplace.printMessages();
     if (error != A_Err_NONE) {
         throw Stop(ExitCode::Failed, "the plug-in failed (error " + std::to_string(error) + ")");
     }
-    const CropResult result = before.compareWith(session.project(), targets);
-    if (progress.interrupted() && result.resized.empty()) {
+    std::vector<std::string> settled;
+    if (session.project().history.done().size() != stepsBefore) {
+        settled = settling.settle(session.project(),
+                                  options.request == 1 && expands(session.preferences(), Command::Standard));
+    }
+    CropResult result = before.compareWith(session.project(), targets, settling);
+    result.settled = std::move(settled);
+    if ((progress.interrupted() || (options.request == 3 && session.undoMismatches() > 0)) &&
+        result.resized.empty()) {
         throw Stop(ExitCode::Cancelled, "cancelled; the project is as it was");
     }
     if (options.request == preferencesRequest) {
+        workplace.printMessages();
         return ExitCode::Done;
     }
+    workplace.printMessages();
     const bool alerted = !session.messages().empty();
     if (alerted && result.resized.empty() && result.added.empty()) {
         return ExitCode::NothingToDo;
@@ -64,6 +74,7 @@ void addPanel(CLI::App& program, Action& action) {
     CLI::App* verb = program.add_subcommand("panel", "Run a request as the companion panel would leave it");
     verb->add_option("REQUEST", options->request, "1 crop, 2 duration crop, 3 mask crop, 4 preferences")
         ->required()
+        ->check(CLI::Range(1, 4))
         ->type_name("");
     verb->add_option("PROJECT", options->workplace.project, "Lottie file")->required()->type_name("");
     addSelectionOptions(*verb, options->selection, "Layer that is selected");

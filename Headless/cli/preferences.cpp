@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "cli/Cropping.h"
+#include "cli/Output.h"
 #include "cli/Text.h"
 
 namespace headless::cli {
@@ -16,6 +17,7 @@ std::unique_ptr<model::Project> emptyProject() {
 }
 
 ExitCode run(const WorkplaceOptions& options) {
+    requireWritable(options.preferences);
     Workplace workplace(options, emptyProject());
     Session& session = workplace.session();
     const model::Preferences before = session.preferences();

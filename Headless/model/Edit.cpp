@@ -59,11 +59,22 @@ void removeRecorded(Project& project, Comp& comp, std::size_t index) {
     remove(project, comp, index);
 }
 
+// Handles to the layers of a composition live and die with it.
+void setLayersAlive(Project& project, const Item& item, bool alive) {
+    if (item.comp) {
+        for (const LayerPtr& layer : item.comp->layers) {
+            project.setAlive(layer->id, alive ? layer.get() : nullptr);
+        }
+    }
+}
+
 void putItem(Project& project, const ItemPtr& item) {
+    setLayersAlive(project, *item, true);
     project.items.insert(project.items.begin() + static_cast<std::ptrdiff_t>(project.indexOf(*item)), item);
 }
 
 void takeItem(Project& project, const Item& item) {
+    setLayersAlive(project, item, false);
     project.items.erase(project.items.begin() + static_cast<std::ptrdiff_t>(project.indexOf(item)));
 }
 
@@ -330,7 +341,9 @@ Comp& duplicateComp(Project& project, Comp& comp) {
     Comp& copy = *item.comp;
     copy.item = &item;
     copy.assetId = project.newAssetId(comp.assetId.empty() ? "main" : comp.assetId);
-    copy.shell = {{"id", copy.assetId}, {"nm", item.name}, {"layers", Json::array()}};
+    copy.shell = comp.assetId.empty() ? Json{{"id", ""}, {"nm", ""}, {"layers", Json::array()}} : comp.shell;
+    copy.shell["id"] = copy.assetId;
+    copy.shell["nm"] = item.name;
     copy.nameGiven = true;
     copy.frameRate = comp.frameRate;
     copy.firstFrame = comp.firstFrame;

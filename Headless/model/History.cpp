@@ -56,7 +56,7 @@ bool History::redo() {
     }
     ++revision_;
     for (Change& change : undone_.back().changes) {
-        change.redo();
+        (change.redo ? change.redo : change.undo)();
     }
     done_.push_back(std::move(undone_.back()));
     undone_.pop_back();

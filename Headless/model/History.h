@@ -14,7 +14,7 @@ class History {
  public:
     struct Change {
         std::function<void()> undo;
-        std::function<void()> redo;
+        std::function<void()> redo;  // empty: `undo` goes both ways
     };
     struct Step {
         std::string name;
@@ -29,8 +29,9 @@ class History {
     bool end();
     int depth() const { return depth_; }
 
-    // Records a change that has been made; outside a group it is a step of its own.
-    void record(std::function<void()> undo, std::function<void()> redo);
+    // Records a change that has been made; outside a group it is a step of its own. Without `redo`, `undo` goes
+    // both ways.
+    void record(std::function<void()> undo, std::function<void()> redo = {});
 
     // False when there is nothing to take back or to do again. Not while a group is open.
     bool undo();
@@ -56,8 +57,9 @@ class History {
 // Sets what `get()` refers to. `get` is kept for undo and must stay callable as long as the history.
 template <class Get, class Value>
 void setRecorded(History& history, Get get, Value value) {
-    history.record([get, old = get()] { get() = old; }, [get, value] { get() = value; });
-    get() = std::move(value);
+    auto exchange = [get, other = std::move(value)]() mutable { std::swap(get(), other); };
+    exchange();
+    history.record(std::move(exchange));
 }
 
 }  // namespace headless::model

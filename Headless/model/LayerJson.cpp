@@ -23,7 +23,12 @@ double number(const Json& json, const std::string& path) {
     if (!json.is_number()) {
         fail(path, "a number is needed here");
     }
-    return json.get<double>();
+    constexpr double largest = 1e12;  // no coordinate or time is anywhere near
+    const double value = json.get<double>();
+    if (!(std::abs(value) <= largest)) {
+        fail(path, "the number " + json.dump() + " is out of range");
+    }
+    return value;
 }
 
 bool isKeyframed(const Json& property) {
@@ -115,6 +120,8 @@ void readKeys(const Json& property, const std::string& path, std::vector<Key>& k
             key.value = readValue(*start, at + ".s");
         } else if (!keys.empty()) {
             key.value = keys.back().end.value_or(keys.back().value);
+        } else {
+            fail(at, "the first keyframe has no value (s)");
         }
         readRest(json, at, key);
         keys.push_back(std::move(key));
@@ -412,7 +419,10 @@ void readLayer(const Json& json, const std::string& path, LayerData& layer,
     const bool solid = layer.type == LayerType::Solid;
     layer.useSize = {whole(solid ? "sw" : "w").value_or(0), whole(solid ? "sh" : "h").value_or(0)};
 
-    if (const Json* transform = memberOf(json, "ks"); transform != nullptr && transform->is_object()) {
+    if (const Json* transform = memberOf(json, "ks"); transform != nullptr && !transform->is_null()) {
+        if (!transform->is_object()) {
+            fail(path + ".ks", "an object is needed here");
+        }
         const std::string at = path + ".ks";
         readPoint(*transform, "a", at, layer.anchor);
         readPoint(*transform, "p", at, layer.position);

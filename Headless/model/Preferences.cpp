@@ -210,6 +210,10 @@ bool writeAll(int descriptor, std::string_view text) {
 Preferences Preferences::load(const std::filesystem::path& file) {
     Preferences result;
     if (!std::filesystem::exists(file)) return result;
+    if (!std::filesystem::is_regular_file(file)) {
+        throw std::runtime_error("cannot read preferences from " + file.string() +
+                                 ": this is no ordinary file");
+    }
     std::ifstream in(file, std::ios::binary);
     std::ostringstream text;
     if (!in || (in.peek() != std::ifstream::traits_type::eof() && !(text << in.rdbuf()))) {

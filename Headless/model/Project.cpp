@@ -20,15 +20,21 @@ Layer* Project::layer(LayerId id) const {
 
 std::size_t Project::indexOf(const Layer& layer) const {
     const auto& layers = layer.comp->layers;
-    if (layers.front().get() == &layer) {
+    const auto isAt = [&](std::size_t place) { return place < layers.size() && layers[place].get() == &layer; };
+    if (isAt(0)) {
         return 0;
     }
-    if (layers.back().get() == &layer) {
-        return layers.size() - 1;
+    // The end, or else from where it was last, outwards: edits at the ends of the stack move it little.
+    const std::size_t end = layers.size() - 1;
+    std::size_t above = isAt(end) ? end : std::min<std::size_t>(layer.lastPlace, end);
+    std::size_t below = above;
+    while (!isAt(above) && !isAt(below) && (above > 0 || below < end)) {
+        above -= above > 0 ? 1 : 0;
+        below += below < end ? 1 : 0;
     }
-    const auto found = std::find_if(layers.begin(), layers.end(),
-                                    [&](const LayerPtr& other) { return other.get() == &layer; });
-    return static_cast<std::size_t>(found - layers.begin());
+    const std::size_t place = isAt(above) ? above : below;
+    layer.lastPlace = static_cast<std::uint32_t>(place);
+    return place;
 }
 
 std::size_t Project::indexOf(const Item& item) const {

@@ -93,7 +93,8 @@ struct Mask {
 
 struct Layer : LayerData {
     LayerId id = 0;
-    Comp* comp = nullptr;  // while it is in one
+    mutable std::uint32_t lastPlace = 0;  // in the stack, when it was last asked for
+    Comp* comp = nullptr;                 // while it is in one
     Item* source = nullptr;
     Layer* parent = nullptr;
     std::vector<Layer*> children;
@@ -193,6 +194,10 @@ class Project {
     void writeComp(const Comp& comp, std::string& out) const;
     void writeAssets(std::string& out) const;
 
+    // An image asset as the renderer takes it: with its picture inside.
+    Json withPicture(const Json& asset) const;
+
+    std::optional<std::filesystem::path> imageFolder_;
     std::string text_;
     std::vector<Json> assets_;             // of the file, in order: shells of compositions and whole others
     std::vector<Layer*> layers_{nullptr};  // by id, from 1; null where a layer is gone

@@ -8,6 +8,7 @@
 #include <sstream>
 #include <unordered_map>
 
+#include "model/DocumentParser.h"
 #include "model/LayerJson.h"
 
 namespace headless::model {
@@ -15,10 +16,8 @@ namespace headless::model {
 namespace {
 
 constexpr int largestSize = 30'000;         // the host's own limit for a composition
-constexpr double largestNumber = 1e15;      // no coordinate, time or colour is anywhere near
 constexpr double largestFrame = 2'000'000;  // keeps every time inside the host's 32-bit values
 constexpr double largestFrameRate = 1'000;
-constexpr std::size_t deepestJson = 256;
 constexpr int deepestNesting = 20;                // beyond it the renderer draws nothing
 constexpr double mostExpandedLayers = 2'000'000;  // with each use of a composition counted anew
 
@@ -26,37 +25,16 @@ constexpr double mostExpandedLayers = 2'000'000;  // with each use of a composit
     throw ProjectError(path + ": " + what);
 }
 
-// Walks over the text and leaves its place where the reader can see it.
-struct PlaceIterator {
-    using iterator_category = std::forward_iterator_tag;
-    using value_type = char;
-    using difference_type = std::ptrdiff_t;
-    using pointer = const char*;
-    using reference = const char&;
-
-    const char* at = nullptr;
-    const char** place = nullptr;
-
-    reference operator*() const { return *at; }
-    PlaceIterator& operator++() {
-        *place = ++at;
-        return *this;
-    }
-    PlaceIterator operator++(int) {
-        PlaceIterator before = *this;
-        ++*this;
-        return before;
-    }
-    bool operator==(const PlaceIterator& other) const { return at == other.at; }
-    bool operator!=(const PlaceIterator& other) const { return at != other.at; }
-};
-
 int wholeSize(const Json& json, const char* key, const std::string& path) {
     const double value = requiredNumber(json, key, path);
     if (!(value >= 1 && value <= largestSize)) {
         fail(path.empty() ? key : path + "." + key, "sizes go from 1 to " + std::to_string(largestSize));
     }
     return static_cast<int>(std::lround(value));
+}
+
+int wholeSizeOr0(const Json& json, const char* key, const std::string& path) {
+    return numberAt(json, key, 0, path) == 0 ? 0 : wholeSize(json, key, path);
 }
 
 double frameRateAt(const Json& json, const char* key, const std::string& path) {
@@ -128,92 +106,13 @@ class Reader {
         std::vector<std::optional<int>> parents;
     };
 
-    struct Level {
-        bool isArray = false;
-        std::string key;  // of an object: the member that is being read
-        int count = 0;    // of an array: elements begun
-    };
-
     void parse() {
-        const std::string& text = project_.text_;
-        const char* place = text.data();
-        std::vector<Level> levels;
-        const char* layerBegin = nullptr;
-        const auto elementBegins = [&] {
-            if (!levels.empty() && levels.back().isArray) {
-                ++levels.back().count;
-            }
-        };
-        const auto callback = [&](int, Json::parse_event_t event, Json& parsed) {
-            switch (event) {
-                case Json::parse_event_t::object_start:
-                case Json::parse_event_t::array_start:
-                    elementBegins();
-                    if (levels.size() >= deepestJson) {
-                        throw ProjectError("the file is nested more than " + std::to_string(deepestJson) +
-                                           " levels deep");
-                    }
-                    levels.push_back({event == Json::parse_event_t::array_start, {}, 0});
-                    if (const int list = layerListAt(levels); list >= -1 && !levels.back().isArray) {
-                        layerBegin = place - 1;
-                    }
-                    return true;
-                case Json::parse_event_t::key:
-                    levels.back().key = parsed.get<std::string>();
-                    return true;
-                case Json::parse_event_t::value:
-                    elementBegins();
-                    if (parsed.is_number() && !(std::abs(parsed.get<double>()) <= largestNumber)) {
-                        throw ProjectError(lineOf(place) + ": the number " + parsed.dump() +
-                                           " is out of range");
-                    }
-                    return true;
-                case Json::parse_event_t::object_end:
-                case Json::parse_event_t::array_end: {
-                    const int list = levels.back().isArray ? notALayer : layerListAt(levels);
-                    if (list != notALayer) {
-                        takeLayer(list, parsed, {layerBegin, static_cast<std::size_t>(place - layerBegin)});
-                    }
-                    levels.pop_back();
-                    return list == notALayer;
-                }
-            }
-            return true;
-        };
-        try {
-            shell_ = Json::parse(PlaceIterator{text.data(), &place},
-                                 PlaceIterator{text.data() + text.size(), &place}, callback);
-        } catch (const Json::exception& error) {
-            std::string what = error.what();
-            if (const auto bracket = what.find("] "); bracket != std::string::npos) {
-                what.erase(0, bracket + 2);
-            }
-            throw ProjectError("this is not JSON: " + what);
-        }
+        shell_ = parseDocument(project_.text_, [this](int asset, const Json& layer, std::string_view text) {
+            takeLayer(asset, layer, text);
+        });
         if (!shell_.is_object() || !shell_.contains("layers") || !shell_["layers"].is_array()) {
             throw ProjectError("this is JSON, but not a Lottie animation: it has no list of layers");
         }
-    }
-
-    static constexpr int notALayer = -2;
-
-    // Which layer list the object on top of `levels` is an element of: -1 the root's, else the asset's place.
-    static int layerListAt(const std::vector<Level>& levels) {
-        const auto isList = [&](std::size_t i, const char* key) {
-            return !levels[i].isArray && levels[i].key == key && levels[i + 1].isArray;
-        };
-        if (levels.size() == 3 && isList(0, "layers")) {
-            return -1;
-        }
-        if (levels.size() == 5 && isList(0, "assets") && isList(2, "layers")) {
-            return levels[1].count - 1;
-        }
-        return notALayer;
-    }
-
-    std::string lineOf(const char* place) const {
-        return "line " +
-               std::to_string(1 + std::count(static_cast<const char*>(project_.text_.data()), place, '\n'));
     }
 
     void takeLayer(int asset, const Json& json, std::string_view text) {
@@ -284,6 +183,9 @@ class Reader {
                 fail(path, "an asset must be an object");
             }
             const std::string id = assetIdOf(asset);
+            if (id.empty() && asset.contains("layers")) {
+                fail(path, "the composition has no id, so that nothing can show it; give it one or remove it");
+            }
             if (id.empty()) {
                 continue;  // fonts and the like may stand here without an id; nothing can refer to them
             }
@@ -301,8 +203,7 @@ class Reader {
                 image->id = project_.newItemId();
                 image->kind = asset.contains("w") ? Item::Kind::Image : Item::Kind::Audio;
                 image->name = textAt(asset, "nm").empty() ? id : textAt(asset, "nm");
-                image->size = {static_cast<int>(numberAt(asset, "w", 0, path)),
-                               static_cast<int>(numberAt(asset, "h", 0, path))};
+                image->size = {wholeSizeOr0(asset, "w", path), wholeSizeOr0(asset, "h", path)};
                 checkImage(asset, path);
                 item = image.get();
                 project_.items.push_back(std::move(image));
@@ -358,6 +259,7 @@ class Reader {
                 Layer& layer = *list.layers[i];
                 layer.id = project_.newLayerId(&layer);
                 layer.comp = &comp;
+                layer.lastPlace = static_cast<std::uint32_t>(i);
                 if (layer.index) {
                     byIndex.emplace(*layer.index, &layer);
                 }
@@ -608,6 +510,7 @@ class Reader {
 std::unique_ptr<Project> Project::read(std::string text, const ReadOptions& options) {
     auto project = std::make_unique<Project>();
     project->text_ = std::move(text);
+    project->imageFolder_ = options.imageFolder;
     Reader(*project, options).read();
     project->itemsInText_ = project->items.size();
     return project;

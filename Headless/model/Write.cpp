@@ -1,6 +1,8 @@
 // Writes a project: the text of every layer that is as the file has it, and a patched copy of the others.
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <unordered_set>
 
 #include "model/LayerJson.h"
@@ -19,6 +21,22 @@ LayerAsRead readBack(const Json& json) {
     LayerAsRead result;
     readLayer(json, "layer", result.data, result.masks, result.parent);
     return result;
+}
+
+std::string base64(const std::string& bytes) {
+    constexpr char digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string text;
+    text.reserve((bytes.size() + 2) / 3 * 4);
+    for (std::size_t i = 0; i < bytes.size(); i += 3) {
+        std::uint32_t group = 0;
+        for (std::size_t k = 0; k < 3; ++k) {
+            group = group << 8 | (i + k < bytes.size() ? static_cast<unsigned char>(bytes[i + k]) : 0u);
+        }
+        for (std::size_t k = 0; k < 4; ++k) {
+            text += i + k > bytes.size() ? '=' : digits[group >> (18 - 6 * k) & 63];
+        }
+    }
+    return text;
 }
 
 // The object of a layer that the file does not have.
@@ -181,6 +199,25 @@ void Project::writeAssets(std::string& out) const {
     out += ']';
 }
 
+Json Project::withPicture(const Json& asset) const {
+    const std::string name = textAt(asset, "u") + textAt(asset, "p");
+    if (!imageFolder_ || name.empty() || textAt(asset, "p").starts_with("data:")) {
+        return asset;
+    }
+    const std::filesystem::path file = *imageFolder_ / name;
+    std::ifstream in(file, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(in), {}};
+    if (!in || bytes.empty()) {
+        throw ProjectError(file.string() + ": the picture cannot be read");
+    }
+    const bool jpeg = bytes.starts_with("\xFF\xD8");
+    Json embedded = asset;
+    embedded["u"] = "";
+    embedded["p"] = std::string("data:image/") + (jpeg ? "jpeg" : "png") + ";base64," + base64(bytes);
+    embedded["e"] = 1;
+    return embedded;
+}
+
 std::string Project::write() const {
     if (!differsFromText()) {
         return text_;
@@ -225,7 +262,7 @@ Json Project::documentOf(const Comp& comp) const {
     }
     for (const Json& asset : assets_) {
         if (!asset.contains("layers") && images.contains(assetIdOf(asset))) {
-            document["assets"].push_back(asset);
+            document["assets"].push_back(withPicture(asset));
         }
     }
     return document;

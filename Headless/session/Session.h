@@ -17,6 +17,7 @@
 #include "model/Project.h"
 #include "render/World.h"
 #include "script/Engine.h"
+#include "session/Collection.h"
 #include "session/CompPictures.h"
 #include "suites/Handles.h"
 
@@ -186,7 +187,7 @@ class Session final : private script::ScriptHost {
     HandleTable<MaskRef> masks{HandleKind::Mask};
     HandleTable<StreamRef> streams{HandleKind::Stream};
     HandleTable<model::MaskPath> outlines{HandleKind::Outline};
-    HandleTable<std::vector<model::SelectedThing>> collections{HandleKind::Collection};
+    HandleTable<Collection> collections{HandleKind::Collection};
     HandleTable<RenderOptions> options{HandleKind::RenderOptions};
     HandleTable<Receipt> receipts{HandleKind::Receipt};
     HandleTable<render::World> worlds{HandleKind::World};

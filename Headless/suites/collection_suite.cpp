@@ -7,7 +7,7 @@ namespace headless {
 
 namespace {
 
-std::vector<model::SelectedThing>& thingsOf(Session& session, AEGP_Collection2H collection) {
+Collection& thingsOf(Session& session, AEGP_Collection2H collection) {
     return session.collections.at(bits(collection));
 }
 
@@ -55,11 +55,11 @@ A_Err collectionPushBack(AEGP_Collection2H collection, const AEGP_CollectionItem
         auto& things = thingsOf(session, collection);
         const AEGP_CollectionItemV2& from = need(item);
         if (from.type == AEGP_CollectionItemType_LAYER) {
-            things.push_back({session.layer(from.u.layer.layerH).id, -1});
+            things.add({session.layer(from.u.layer.layerH).id, -1});
         } else if (from.type == AEGP_CollectionItemType_MASK) {
             const model::Layer& layer = session.layer(from.u.mask.layerH);
             requireIndex(from.u.mask.index, layer.masks.size(), "mask");
-            things.push_back({layer.id, from.u.mask.index});
+            things.add({layer.id, from.u.mask.index});
         } else {
             throw HostError{A_Err_PARAMETER, "only layers and masks can be collected"};
         }
@@ -72,7 +72,7 @@ A_Err collectionErase(AEGP_Collection2H collection, A_u_long first, A_u_long las
         if (first > last || last > things.size()) {
             throw HostError{PF_Err_INVALID_INDEX, "the collection has no such range"};
         }
-        things.erase(things.begin() + first, things.begin() + last);
+        things.erase(first, last);
     });
 }
 

@@ -52,15 +52,15 @@ A_Err getNewCollectionFromCompSelection(AEGP_PluginID, AEGP_CompH comp,
     return gate("AEGP_GetNewCollectionFromCompSelection", [&](Session& session) {
         needHandle(collection);
         const model::Comp& what = session.comp(comp);
-        *collection = reinterpret_cast<AEGP_Collection2H>(
-            session.collections.add(session.selectionInOrder(what), "AEGP_GetNewCollectionFromCompSelection"));
+        *collection = reinterpret_cast<AEGP_Collection2H>(session.collections.add(
+            Collection(session.selectionInOrder(what)), "AEGP_GetNewCollectionFromCompSelection"));
     });
 }
 
 A_Err setSelection(AEGP_CompH comp, AEGP_Collection2H collection) noexcept {
     return gate("AEGP_SetSelection", [&](Session& session) {
         model::Comp& what = session.comp(comp);
-        const auto& things = session.collections.at(bits(collection));
+        const auto& things = session.collections.at(bits(collection)).things();
         for (const model::SelectedThing& thing : things) {
             const model::Layer* layer = session.project().layer(thing.layer);
             if (layer == nullptr || layer->comp != &what ||

@@ -38,6 +38,11 @@ A_Err deleteMaskFromLayer(AEGP_MaskRefH mask) noexcept {
             })) {
             selection.clear();
         }
+        for (model::SelectedThing& thing : selection) {
+            if (thing.layer == layer.id && thing.mask > static_cast<int>(index)) {
+                --thing.mask;
+            }
+        }
         model::deleteMask(session.project(), layer, index);
     });
 }

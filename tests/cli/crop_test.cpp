@@ -164,6 +164,35 @@ TEST_F(Crop, PicturesOutsideTheFileAreReadFromTheFolderThatWasAllowed) {
     EXPECT_THAT(gone.err, HasSubstr("dot.png: the picture cannot be read"));
 }
 
+TEST_F(Crop, ATightCompositionOfOddSizeStaysInPlaceToo) {
+    const auto scene = [](Size size) {
+        return project("Scene", {100, 100})
+            .with(precomp("Card", size).with(solid("Full", size)).anchor({20.5, 20.5}).at({50, 50}).index(1))
+            .with(solid("child", {7, 7}, "#00ff00").at({3, 4}).childOf(1))
+            .text();
+    };
+    const std::string odd = write("odd.json", scene({41, 41}));
+    const Outcome tight = crop(odd, {"--layer", "Card"});
+    EXPECT_THAT(tight.out, HasSubstr("gave its uses back the half pixel"));
+    EXPECT_THAT(tight.out, HasSubstr("already tight at 41 x 41"));
+    EXPECT_EQ(run({"compare", odd, pathOf("out.json")}).code, ExitCode::Done);
+    EXPECT_EQ(crop(odd, {"--layer", "Card", "--plug-in-only"}).code, ExitCode::Done);
+    EXPECT_EQ(run({"compare", odd, pathOf("out.json")}).code, ExitCode::Differs);
+
+    const std::string even = write("even.json", scene({40, 40}));
+    EXPECT_EQ(crop(even, {"--layer", "Card", "--expand", "10"}).code, ExitCode::Done);
+    EXPECT_EQ(run({"compare", even, pathOf("out.json")}).code, ExitCode::Done);
+}
+
+TEST_F(Crop, APaddingBeyondEverySizeIsRefused) {
+    const std::string store =
+        write("prefs", "[\"Kestrin\"]\n\t\"Padding\" = 01\n\t\"PaddingAmount\" = \"999999999999\"\n");
+    const Outcome outcome = crop(KESTRIN_EXAMPLE, {"--layer", "Big lantern", "--preferences", store});
+    EXPECT_EQ(outcome.code, ExitCode::Failed) << outcome.out;
+    EXPECT_FALSE(fs::exists(pathOf("out.json")));
+    EXPECT_EQ(crop(KESTRIN_EXAMPLE, {"--layer", "Big lantern"}, "../../dev/null").code, ExitCode::BadInput);
+}
+
 }  // namespace
 
 }  // namespace kestrin_test

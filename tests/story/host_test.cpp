@@ -1,6 +1,7 @@
 // The host's own side: bad handles, what is counted, what is put in order after a hook.
 
 #include "AEGP_Suites.h"
+#include "model/Edit.h"
 #include "suites/Tables.h"
 #include "support/Story.h"
 
@@ -82,6 +83,19 @@ TEST_F(Host, OnlyTheMainThreadMayCall) {
         error = tableProjSuite6.AEGP_GetNumProjects(&count);
     }).join();
     EXPECT_EQ(error, A_Err_WRONG_THREAD);
+}
+
+TEST_F(Host, ACopyThatIsTakenBackTakesItsHandlesWithIt) {
+    AEGP_CompH copy = nullptr;
+    AEGP_LayerH inside = nullptr;
+    A_long number = 0;
+    ASSERT_EQ(tableCompSuite7.AEGP_DuplicateComp(session->handleOf(&comp("Card")), &copy), 0);
+    ASSERT_EQ(tableLayerSuite7.AEGP_GetCompLayerByIndex(copy, 0, &inside), 0);
+    ASSERT_TRUE(undo());
+    EXPECT_EQ(tableLayerSuite7.AEGP_GetLayerIndex(inside, &number), A_Err_PARAMETER);
+    EXPECT_EQ(tableLayerSuite7.AEGP_GetCompNumLayers(copy, &number), A_Err_PARAMETER);
+    model::setItemName(project(), *comp("Card").item, "Other");  // and with it what could be done again
+    EXPECT_EQ(tableLayerSuite7.AEGP_GetLayerIndex(inside, &number), A_Err_PARAMETER);
 }
 
 // Hooks with faults of their own, registered by a plug-in made for it.
