@@ -105,10 +105,16 @@ class Scan : public testing::Test {
     Alpha anyAlpha() {
         using Limits = std::numeric_limits<Alpha>;
         if constexpr (std::is_same_v<Alpha, float>) {
-            constexpr float alphas[] = {
-                Limits::denorm_min(), Limits::max(),      Limits::infinity(), 1.0F, -1.0F, -0.0F,
-                -Limits::infinity(),  Limits::quiet_NaN()};
-            return alphas[upTo(7)];
+            constexpr float alphas[] = {Limits::denorm_min(),
+                                        Limits::max(),
+                                        Limits::infinity(),
+                                        1.0F,
+                                        -1.0F,
+                                        -0.0F,
+                                        -Limits::infinity(),
+                                        Limits::quiet_NaN(),
+                                        std::bit_cast<float>(0x7F800001U)};
+            return alphas[upTo(8)];
         } else {
             return static_cast<Alpha>(upTo(1) == 0 ? 1 << upTo(Limits::digits - 1) : Limits::max());
         }
