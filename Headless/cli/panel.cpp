@@ -52,11 +52,10 @@ ExitCode run(const Options& options) {
         result.resized.empty()) {
         throw Stop(ExitCode::Cancelled, "cancelled; the project is as it was");
     }
+    workplace.printMessages();
     if (options.request == preferencesRequest) {
-        workplace.printMessages();
         return ExitCode::Done;
     }
-    workplace.printMessages();
     const bool alerted = !session.messages().empty();
     if (alerted && result.resized.empty() && result.added.empty()) {
         return ExitCode::NothingToDo;
