@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "cli/Comparison.h"
+#include "cli/ComparisonJson.h"
 #include "cli/Text.h"
 #include "cli/Verbs.h"
 
@@ -13,19 +14,8 @@ namespace {
 struct Options {
     std::string before, after, images;
     ComparisonRequest request;
+    bool json = false;
 };
-
-const char* word(Verdict verdict) {
-    switch (verdict) {
-        case Verdict::Equal:
-            return "equal";
-        case Verdict::EdgeNoise:
-            return "edge noise";
-        case Verdict::Shifted:
-            break;
-    }
-    return "shifted";
-}
 
 void print(const ChangedComp& comp) {
     std::cout << "changed: " << inQuotes(comp.name);
@@ -59,23 +49,28 @@ void print(const ComparedComp& comp) {
     std::cout << '\n';
 }
 
-ExitCode run(const Options& options) {
-    const auto before = openProject(options.before, options.images);
-    const auto after = openProject(options.after, options.images);
-    const Comparison comparison = compare(*before, *after, options.request);
+void print(const Comparison& comparison) {
     for (const ChangedComp& comp : comparison.changed) {
         print(comp);
     }
     for (const ComparedComp& comp : comparison.compared) {
         print(comp);
     }
-    if (comparison.verdict() == Verdict::Shifted) {
-        std::cout << "the pictures differ\n";
-        return ExitCode::Differs;
+    std::cout << conclusion(comparison) << '\n';
+}
+
+ExitCode run(const Options& options) {
+    const auto before = openProject(options.before, options.images);
+    const auto after = openProject(options.after, options.images);
+    const Comparison comparison = compare(*before, *after, options.request);
+    if (options.json) {
+        model::Json document = documentJson("compare", options.before, options.after);
+        document.update(comparisonJson(comparison));
+        std::cout << jsonText(document) << '\n';
+    } else {
+        print(comparison);
     }
-    std::cout << (comparison.compared.empty() ? "nothing that is shown has changed\n"
-                                              : "nothing on screen has shifted\n");
-    return ExitCode::Done;
+    return comparison.verdict() == Verdict::Shifted ? ExitCode::Differs : ExitCode::Done;
 }
 
 }  // namespace
@@ -90,6 +85,7 @@ void addCompare(CLI::App& program, Action& action) {
         ->type_name("N");
     verb->add_option("--comp", options->request.comp, "Compare this composition only, by name or asset id")
         ->type_name("NAME");
+    verb->add_flag("--json", options->json, "Print one JSON document instead of lines");
     addImageFolder(*verb, options->images);
     verb->footer(
         "Exits with 0 when the pictures are equal but for thin rests along an edge, with 1 when they differ.\n"
