@@ -149,7 +149,7 @@ class Pictures {
  public:
     Pictures(const model::Project& before, const model::Project& after) : before_(before), after_(after) {}
 
-    ComparedComp compare(const Pair& pair, const std::optional<int>& onlyFrame) {
+    ComparedComp compare(const Pair& pair, const ComparisonRequest& request) {
         ComparedComp result;
         result.assetId = pair.before->assetId;
         result.name = pair.before->item->name;
@@ -159,13 +159,16 @@ class Pictures {
             result.verdict = Verdict::Shifted;
             return result;
         }
-        const int first = onlyFrame.value_or(0);
-        const int end = onlyFrame ? first + 1 : frameCount(*pair.before);
+        const int first = request.frame.value_or(0);
+        const int end = request.frame ? first + 1 : frameCount(*pair.before);
         if (!pair.sameSize()) {
             result.offset = offsetBetween(pair, first, end);
         }
         for (int frame = first; frame < end; ++frame) {
             compareFrame(pair, frame, result);
+            if (request.onFrame) {
+                request.onFrame();
+            }
         }
         return result;
     }
@@ -257,7 +260,7 @@ Comparison compare(const model::Project& before, const model::Project& after,
     for (const std::string& id : chosen) {
         const Pair& pair = pairs.at(id);
         if (!request.frame || (*request.frame >= 0 && *request.frame < frameCount(*pair.before))) {
-            result.compared.push_back(pictures.compare(pair, request.frame));
+            result.compared.push_back(pictures.compare(pair, request));
         }
     }
     return result;

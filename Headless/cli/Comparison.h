@@ -6,6 +6,7 @@
 
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -56,6 +57,7 @@ struct Comparison {
 struct ComparisonRequest {
     std::optional<int> frame;  // of each composition that has it; else all frames
     std::string comp;          // only this one, changed or not, by name or asset id in the first project
+    std::function<void()> onFrame = {};  // called after each frame
 };
 
 // Throws Stop where no composition has the frame asked for, and render::RenderError.

@@ -28,16 +28,6 @@ Json worstJson(const FrameDifference& worst) {
             {"y", worst.at.y}};
 }
 
-Json comparedJson(const ComparedComp& comp) {
-    return {{"id", comp.assetId},
-            {"name", comp.name},
-            {"verdict", word(comp.verdict)},
-            {"otherTimes", comp.otherTimes},
-            {"frames", comp.frames},
-            {"worst", worstJson(comp.worst)},
-            {"offset", comp.offset ? Json{{"x", comp.offset->x}, {"y", comp.offset->y}} : Json()}};
-}
-
 }  // namespace
 
 const char* word(Verdict verdict) {
@@ -60,6 +50,16 @@ const char* conclusion(const Comparison& comparison) {
 
 Json sizeJson(const std::optional<model::Size>& size) {
     return size ? Json{{"width", size->width}, {"height", size->height}} : Json();
+}
+
+Json comparedJson(const ComparedComp& comp) {
+    return {{"id", comp.assetId},
+            {"name", comp.name},
+            {"verdict", word(comp.verdict)},
+            {"otherTimes", comp.otherTimes},
+            {"frames", comp.frames},
+            {"worst", worstJson(comp.worst)},
+            {"offset", comp.offset ? Json{{"x", comp.offset->x}, {"y", comp.offset->y}} : Json()}};
 }
 
 Json comparisonJson(const Comparison& comparison) {

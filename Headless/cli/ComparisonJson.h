@@ -15,6 +15,8 @@ const char* word(Verdict verdict);
 const char* conclusion(const Comparison& comparison);
 
 model::Json sizeJson(const std::optional<model::Size>& size);
+// What became of one composition: "verdict", "frames", "worst" and so on.
+model::Json comparedJson(const ComparedComp& comp);
 // The members "verdict", "changed" and "compared".
 model::Json comparisonJson(const Comparison& comparison);
 // A whole document of this program, `kind` being the verb that made it: its first members, to be added to.

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iostream>
 
-#include "cli/Progress.h"
 #include "cli/Text.h"
+#include "cli/Verbs.h"
 
 namespace headless::cli {
 
@@ -31,22 +31,16 @@ int usesOf(const model::Project& project, const model::Item& item) {
     return uses;
 }
 
-std::string texts(const Session& session, bool alerts) {
+// What the host showed since the `first` message.
+std::string texts(const Session& session, bool alerts, std::size_t first) {
     std::string text;
-    for (const Message& message : session.messages()) {
+    for (std::size_t i = first; i < session.messages().size(); ++i) {
+        const Message& message = session.messages()[i];
         if ((message.kind == Message::Kind::Alert) == alerts) {
             text += "\n    " + printable(message.title) + ": " + indented(message.text);
         }
     }
     return text;
-}
-
-bool alerted(const Session& session) {
-    return !texts(session, true).empty();
-}
-
-[[noreturn]] void stopForNothing(const std::string& why, const Session& session) {
-    throw Stop(ExitCode::NothingToDo, "nothing was cropped: " + why + texts(session, true));
 }
 
 std::string whyDisabled(const model::Comp& comp, Command command) {
@@ -95,6 +89,7 @@ bool expands(const model::Preferences& preferences, Command command) {
 }
 
 MenuEntry holdKeysFor(Session& session, Command command) {
+    const std::size_t firstMessage = session.messages().size();
     // The first tick takes back what an earlier command left; the second one sees the keys.
     session.openMenu();
     A_Err error = session.tick();
@@ -104,7 +99,8 @@ MenuEntry holdKeysFor(Session& session, Command command) {
     error = error != A_Err_NONE ? error : session.tick();
     session.holdKeys(false, false);
     if (error != A_Err_NONE || session.pluginCommand() == 0) {
-        throw Stop(ExitCode::Failed, "the plug-in could not tell what can be cropped:" + texts(session, false));
+        throw Stop(ExitCode::Failed,
+                   "the plug-in could not tell what can be cropped:" + texts(session, false, firstMessage));
     }
     return session.menuEntry(session.pluginCommand());
 }
@@ -128,7 +124,7 @@ CropResult SizesBefore::compareWith(const model::Project& project,
             return;
         }
         const CroppedComp entry{item.name, before, item.size, usesOf(project, item),
-                                settling.hasMoved(project, item)};
+                                settling.cornerOf(project, item)};
         if (isNew) {
             result.added.push_back(entry);
         } else if (entry.before != entry.after) {
@@ -172,7 +168,16 @@ void setPreferences(model::Preferences& preferences, const CropRequest& request)
     }
 }
 
+bool CroppedComp::reachesOut() const {
+    return corner && (corner->x < 0 || corner->y < 0 || corner->x + after.width > before.width ||
+                      corner->y + after.height > before.height);
+}
+
 CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& request) {
+    return crop(workplace, comp, request, Progress(workplace.session()));
+}
+
+CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& request, const Progress& progress) {
     Session& session = workplace.session();
     model::Project& project = session.project();
     forEachComp(project, [&](model::Comp& each) { each.downsampleX = each.downsampleY = request.resolution; });
@@ -183,20 +188,25 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
     const auto targets = cropTargets(project, comp);
     const SizesBefore before(project);
     const Settling settling(project);
-    const bool enabled = holdKeysFor(session, request.command).enabled;
-    if (!enabled && !texts(session, false).empty()) {
-        throw Stop(ExitCode::Failed, "the plug-in could not tell what can be cropped:" + texts(session, false));
-    }
-    if (!enabled) {
-        stopForNothing(whyDisabled(comp, request.command), session);
+    const std::size_t firstMessage = session.messages().size();
+    const auto failWith = [&](const std::string& what) {
+        throw Stop(ExitCode::Failed, what + texts(session, false, firstMessage));
+    };
+    const auto stopForNothing = [&](const std::string& why) {
+        throw NothingCropped(why + texts(session, true, firstMessage));
+    };
+    if (!holdKeysFor(session, request.command).enabled) {
+        if (!texts(session, false, firstMessage).empty()) {
+            failWith("the plug-in could not tell what can be cropped:");
+        }
+        stopForNothing(whyDisabled(comp, request.command));
     }
 
     const std::size_t stepsBefore = project.history.done().size();
-    const Progress progress(session);
     const A_Err error = session.runCommand(session.pluginCommand());
     workplace.requireAnswered();
     if (error != A_Err_NONE) {
-        throw Stop(ExitCode::Failed, "the plug-in failed:" + texts(session, false));
+        failWith("the plug-in failed:");
     }
     std::vector<std::string> settled;
     if (!request.plugInOnly && project.history.done().size() != stepsBefore) {
@@ -210,11 +220,11 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
         if (progress.interrupted() || chooserClosed) {
             throw Stop(ExitCode::Cancelled, "cancelled; the project is as it was");
         }
-        if (alerted(session)) {
-            stopForNothing("the plug-in said", session);
+        if (!texts(session, true, firstMessage).empty()) {
+            stopForNothing("the plug-in said");
         }
         if (project.history.done().size() == stepsBefore) {
-            stopForNothing("nothing is visible at any frame", session);
+            stopForNothing("nothing is visible at any frame");
         }
     }
     return result;
@@ -230,6 +240,10 @@ void print(const CropResult& result, bool alerted) {
                                        std::to_string(saved * 100 / area(comp.before)) + " %)"
                                  : grouped(-saved) + " pixels more")
                   << ", " << counted(comp.uses, "use") << " corrected\n";
+        if (comp.reachesOut()) {
+            say("warning: the new frame of " + inQuotes(comp.name) +
+                " reaches over the old one; what that cut off there shows now");
+        }
     }
     for (const CroppedComp& comp : result.added) {
         std::cout << inQuotes(comp.name) << ": added, " << sizeText(comp.after) << '\n';
@@ -239,9 +253,9 @@ void print(const CropResult& result, bool alerted) {
     }
     for (const CroppedComp& comp : result.unchanged) {
         std::cout << inQuotes(comp.name) << ": "
-                  << (comp.moved ? "its content moved, still"
-                      : alerted  ? "left at"
-                                 : "already tight at")
+                  << (comp.moved() ? "its content moved, still"
+                      : alerted    ? "left at"
+                                   : "already tight at")
                   << " " << sizeText(comp.after) << '\n';
     }
 }

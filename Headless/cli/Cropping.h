@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/Progress.h"
 #include "cli/Settling.h"
 #include "cli/Workplace.h"
 
@@ -31,8 +32,13 @@ struct CropRequest {
 struct CroppedComp {
     std::string name;
     model::Size before, after;
-    int uses = 0;        // layers that show it, all of them corrected
-    bool moved = false;  // of the same size as before: its content lies elsewhere
+    int uses = 0;                       // layers that show it, all of them corrected
+    std::optional<model::Vec3> corner;  // top left, in its pixels of before; where layers show it
+
+    // Of the same size as before, with its content elsewhere.
+    bool moved() const { return corner && *corner != model::Vec3{}; }
+    // The new frame reaches over the old one, and what that cut off shows.
+    bool reachesOut() const;
 };
 
 struct CropResult {
@@ -54,14 +60,22 @@ class SizesBefore {
     std::vector<std::pair<model::ItemId, model::Size>> sizes_;
 };
 
+struct NothingCropped : Stop {
+    explicit NothingCropped(const std::string& reason)
+        : Stop(ExitCode::NothingToDo, "nothing was cropped: " + reason), why(reason) {}
+    std::string why;
+};
+
 // What a crop of the opened composition with this selection is about.
 std::vector<const model::Item*> cropTargets(const model::Project& project, const model::Comp& comp);
 
 void setPreferences(model::Preferences& preferences, const CropRequest& request);
 
-// Runs the command on what is open and selected. Throws Stop, and the project is then not to be written: when
-// there is nothing to crop, when a dialog got no answer, when the plug-in failed, or when the person cancelled.
+// Runs the command on what is open and selected. Throws NothingCropped, and Stop when a dialog got no answer,
+// when the plug-in failed, or when the person cancelled; the project is then not to be written.
 CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& request);
+// The same as one of several, with the progress of them all.
+CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& request, const Progress& progress);
 
 // Whether the standard crop follows an expanding run.
 bool expands(const model::Preferences& preferences, Command command);

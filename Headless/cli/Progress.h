@@ -2,23 +2,40 @@
 
 #pragma once
 
+#include <chrono>
+#include <string>
+
 #include "session/Session.h"
 
 namespace headless::cli {
 
-// While it lives, the plug-in's progress is drawn on standard error if that is a terminal, and an interrupt
-// (Ctrl-C) holds the two keys that the plug-in takes as a cancel. A second interrupt ends the program.
+// While it lives, the progress is drawn on standard error if that is a terminal, and an interrupt (Ctrl-C)
+// holds the two keys that the plug-in takes as a cancel. A second interrupt ends the program.
 class Progress {
  public:
+    // Of one command of the plug-in: the percentage that it shows.
     explicit Progress(Session& session);
+    // Of a whole animation: compositions and frames.
+    Progress(Session& session, int comps, int frames);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
     bool interrupted() const;
 
+    // The plug-in's own frames count by themselves.
+    void frameDone();
+    // `frames`: that were expected for it, done or not.
+    void compDone(int frames);
+
  private:
+    void draw() const;
+
     Session& session_;
+    bool visible_;
+    int comps_ = 0, frames_ = 0;
+    int compsDone_ = 0, framesDone_ = 0, framesOfDoneComps_ = 0;
+    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
 }  // namespace headless::cli

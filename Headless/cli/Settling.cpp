@@ -78,14 +78,15 @@ std::vector<std::string> Settling::settle(model::Project& project, bool expanded
     return lines;
 }
 
-bool Settling::hasMoved(const model::Project& project, const model::Item& item) const {
-    bool moved = false;
+std::optional<model::Vec3> Settling::cornerOf(const model::Project& project, const model::Item& item) const {
+    std::optional<model::Vec3> corner;
     forEachUse(project, [&](const model::Layer& use) {
         const auto before = uses_.find(use.id);
-        moved = moved ||
-                (use.source == &item && before != uses_.end() && !(before->second.anchor == firstAnchor(use)));
+        if (!corner && use.source == &item && before != uses_.end()) {
+            corner = before->second.anchor - firstAnchor(use);
+        }
     });
-    return moved;
+    return corner;
 }
 
 }  // namespace headless::cli

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,8 +22,9 @@ class Settling {
 
     // After it. `expanded`: the crop ran twice, first to an expanded frame. Returns a line for each thing done.
     std::vector<std::string> settle(model::Project& project, bool expanded) const;
-    // Whether the content of a composition lies elsewhere in it than before, seen from those who show it.
-    bool hasMoved(const model::Project& project, const model::Item& item) const;
+    // The composition's top left corner as it is now, in its pixels of before, seen from those who show it.
+    // Nothing where no layer did then and does now.
+    std::optional<model::Vec3> cornerOf(const model::Project& project, const model::Item& item) const;
 
  private:
     struct Use {

@@ -102,8 +102,9 @@ model::Comp& Workplace::open(const SelectionOptions& selection) {
     return comp;
 }
 
-void Workplace::requireAnswered() const {
+void Workplace::requireAnswered() {
     if (const auto unanswered = answers_.unanswered()) {
+        answers_.forgetUnanswered();
         throw Stop(ExitCode::BadInput, printable(*unanswered));
     }
 }

@@ -41,8 +41,8 @@ class Workplace {
     Session& session() { return *session_; }
     // Opens the composition, selects the layers and moves the slider. Throws Stop.
     model::Comp& open(const SelectionOptions& selection);
-    // Throws Stop when a dialog was not answered.
-    void requireAnswered() const;
+    // Throws Stop when a dialog was not answered since the last call.
+    void requireAnswered();
     // Alerts on standard output, warnings and unused answers on standard error.
     void printMessages() const;
 

@@ -2,6 +2,7 @@
 
 #include <iostream>
 
+#include "cli/Batch.h"
 #include "cli/Cropping.h"
 #include "cli/Find.h"
 #include "cli/Output.h"
@@ -13,18 +14,45 @@ namespace {
 
 struct Options {
     WorkplaceOptions workplace;
+    std::vector<std::string> projects;
     SelectionOptions selection;
     CropRequest request;
     std::string output;
     std::string resolution = "full";
     bool duration = false;
     bool inPlace = false;
+    // Of whole animations.
+    bool all = false;
+    double leastSaving = CropAllRequest{}.leastSaving;
+    bool leaveWarned = false;
+    bool json = false;
 };
+
+// What is about one composition, one moment or one layer.
+constexpr const char* onlyForOne[] = {"--comp", "--layer",  "--frame",         "--time",      "--duration",
+                                      "--mask", "--expand", "--include-masks", "--resolution"};
+
+ExitCode runAll(const Options& options) {
+    CropAllRequest crop;
+    crop.padding = options.request.padding.value_or(crop.padding);
+    crop.leastSaving = options.leastSaving;
+    crop.leaveWarned = options.leaveWarned;
+    crop.plugInOnly = options.request.plugInOnly;
+    return cropFiles(
+        {options.workplace, options.projects, options.output, options.inPlace, options.json, crop});
+}
 
 ExitCode run(Options& options, bool maskCrop) {
     if (options.output.empty() && !options.inPlace) {
         throw Stop(ExitCode::BadInput, "say where the result goes: -o FILE, or --in-place");
     }
+    if (options.all) {
+        return runAll(options);
+    }
+    if (options.projects.size() > 1) {
+        throw Stop(ExitCode::BadInput, "several projects can only be cropped as a whole: --all");
+    }
+    options.workplace.project = options.projects.front();
     const auto output = outputFile(options.output, options.workplace.project, options.inPlace);
     options.request.resolution = resolutionFactor(options.resolution);
     options.request.command = options.duration ? Command::Duration
@@ -33,6 +61,7 @@ ExitCode run(Options& options, bool maskCrop) {
 
     Workplace workplace(options.workplace);
     model::Comp& comp = workplace.open(options.selection);
+    print(warningsFor(workplace.session().project(), cropTargets(workplace.session().project(), comp)));
     const CropResult result = crop(workplace, comp, options.request);
 
     writeWhole(output, workplace.session().project().write());
@@ -50,7 +79,10 @@ void addCrop(CLI::App& program, Action& action) {
     auto options = std::make_shared<Options>();
     CLI::App* verb = program.add_subcommand("crop", "Crop compositions to what is visible");
     CropRequest& request = options->request;
-    verb->add_option("PROJECT", options->workplace.project, "Lottie file")->required()->type_name("");
+    verb->add_option("PROJECT", options->projects, "Lottie file; several with --all")
+        ->required()
+        ->expected(1, -1)
+        ->type_name("");
     addSelectionOptions(
         *verb, options->selection,
         "Layer whose composition is cropped; without it the opened\ncomposition itself is cropped");
@@ -77,10 +109,33 @@ void addCrop(CLI::App& program, Action& action) {
     addResolution(*verb, options->resolution);
     addWorkplaceOptions(*verb, options->workplace);
     CLI::Option* inPlace = verb->add_flag("--in-place", options->inPlace, "Write over the project file");
-    verb->add_option("-o,--output", options->output, "File to write")->excludes(inPlace)->type_name("FILE");
+    verb->add_option("-o,--output", options->output, "File to write; with --all also a folder")
+        ->excludes(inPlace)
+        ->type_name("FILE");
+
+    const auto whole = [](CLI::Option* option) { return option->group("Whole animations"); };
+    CLI::Option* all =
+        whole(verb->add_flag("--all", options->all,
+                             "Crop every composition to what it ever shows, innermost first; leave\n"
+                             "2 pixels of padding, look at the result, and put back what has shifted"));
+    whole(verb->add_option("--least-saving", options->leastSaving,
+                           "Percent of its area below which a composition is left (5)"))
+        ->check(CLI::Range(0.0, 100.0))
+        ->needs(all)
+        ->type_name("PERCENT");
+    whole(verb->add_flag("--leave-warned", options->leaveWarned,
+                         "Leave compositions that there is a warning about"))
+        ->needs(all);
+    whole(verb->add_flag("--json", options->json, "Print what was done as one JSON document"))->needs(all);
     verb->footer(
-        "Example: kestrin crop examples/lanterns.json --layer \"Big lantern\" --padding 2 -o cropped.json");
-    verb->callback([&action, options, mask] {
+        "Examples: kestrin crop examples/lanterns.json --layer \"Big lantern\" --padding 2 -o cropped.json\n"
+        "          kestrin crop --all examples/lanterns.json -o small.json");
+    verb->callback([&action, options, mask, all, verb] {
+        for (const char* one : onlyForOne) {
+            if (all->count() > 0 && verb->get_option(one)->count() > 0) {
+                throw CLI::ExcludesError(one, "--all");
+            }
+        }
         action = [options, maskCrop = mask->count() > 0] { return run(*options, maskCrop); };
     });
 }

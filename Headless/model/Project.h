@@ -157,6 +157,9 @@ class Project {
     // The same for a file; the message names it.
     static std::unique_ptr<Project> open(const std::filesystem::path& file, const ReadOptions& options = {});
 
+    // The project as it would be opened again. Its ids are its own.
+    std::unique_ptr<Project> copy() const;
+
     // The whole document. Equal to the text that was read while nothing differs from it.
     std::string write() const;
     bool differsFromText() const;

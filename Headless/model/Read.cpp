@@ -516,6 +516,10 @@ std::unique_ptr<Project> Project::read(std::string text, const ReadOptions& opti
     return project;
 }
 
+std::unique_ptr<Project> Project::copy() const {
+    return read(write(), {root().item->name, imageFolder_});
+}
+
 std::unique_ptr<Project> Project::open(const std::filesystem::path& file, const ReadOptions& options) {
     std::error_code error;
     if (!std::filesystem::exists(file, error)) {

@@ -68,6 +68,7 @@ class Answerer {
     // A message for the user about the first dialog that was not answered as it should be. Nothing while all
     // were.
     virtual std::optional<std::string> unanswered() const { return std::nullopt; }
+    virtual void forgetUnanswered() {}
 };
 
 }  // namespace headless::ui

@@ -16,6 +16,7 @@ class LineAnswers final : public Answerer {
 
     Action next(const Dialog& dialog) override;
     std::optional<std::string> unanswered() const override;
+    void forgetUnanswered() override { firstProblem_.clear(); }
 
  private:
     std::istream& in_;

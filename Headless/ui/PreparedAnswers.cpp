@@ -182,6 +182,11 @@ std::optional<std::string> PreparedAnswers::unanswered() const {
     return otherwise_ ? otherwise_->unanswered() : std::nullopt;
 }
 
+void PreparedAnswers::forgetUnanswered() {
+    firstProblem_.clear();
+    if (otherwise_) otherwise_->forgetUnanswered();
+}
+
 std::vector<std::string> PreparedAnswers::unused() const {
     std::vector<std::string> result;
     for (const auto& [title, state] : titles_) {

@@ -29,6 +29,7 @@ class PreparedAnswers final : public Answerer {
 
     Action next(const Dialog& dialog) override;
     std::optional<std::string> unanswered() const override;
+    void forgetUnanswered() override;
 
     // Titles that were prepared for and that no dialog bore.
     std::vector<std::string> unused() const;

@@ -1,0 +1,25 @@
+// kestrin crop --all: whole animations, one file after the other.
+
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "cli/CropAll.h"
+
+namespace headless::cli {
+
+struct BatchRequest {
+    WorkplaceOptions workplace;         // for each of the projects
+    std::vector<std::string> projects;  // files
+    std::string output;                 // a file for one project, else a folder
+    bool inPlace = false;
+    bool json = false;  // one document on standard output instead of lines
+    CropAllRequest crop;
+};
+
+// Goes on after a file that is no project or fails. Throws Stop before the first when an output cannot be
+// written.
+ExitCode cropFiles(const BatchRequest& request);
+
+}  // namespace headless::cli
