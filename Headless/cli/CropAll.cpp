@@ -274,8 +274,10 @@ double Area::savedPercent() const {
 Area areaOf(const std::vector<TriedComp>& comps) {
     Area area;
     for (const TriedComp& comp : comps) {
-        area.before += pixels(comp.before);
-        area.after += pixels(comp.after);
+        if (comp.uses > 0) {
+            area.before += pixels(comp.before);
+            area.after += pixels(comp.after);
+        }
     }
     return area;
 }

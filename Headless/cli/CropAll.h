@@ -48,7 +48,7 @@ struct CropAllResult {
     int count(Outcome outcome) const;
 };
 
-// Pixels of all precomps, before and after.
+// Pixels of the precomps that something shows, before and after.
 struct Area {
     std::int64_t before = 0, after = 0;
     double savedPercent() const;

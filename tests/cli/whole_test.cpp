@@ -1,0 +1,179 @@
+// crop --all: whole animations, what is left and put back, and what the program says about it.
+
+#include <gmock/gmock.h>
+#include <signal.h>
+
+#include <chrono>
+#include <thread>
+
+#include "Program.h"
+#include "model/Project.h"
+#include "support/ProjectSpec.h"
+
+namespace kestrin_test {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+class Whole : public Program {
+ protected:
+    // The document that --json prints, and the file it wrote.
+    Json all(const CompSpec& project, std::vector<std::string> more = {}) {
+        more.insert(more.begin(),
+                    {"crop", "--all", write("in.json", project.text()), "--json", "-o", pathOf("out.json")});
+        outcome = run(more);
+        Json document = Json::parse(outcome.out, nullptr, false);
+        EXPECT_FALSE(document.is_discarded()) << outcome.out << outcome.err;
+        EXPECT_EQ(document["exitCode"], static_cast<int>(outcome.code));
+        return document["files"][0];
+    }
+    // "name outcome width x height", innermost first.
+    static std::vector<std::string> lines(const Json& file) {
+        std::vector<std::string> result;
+        for (const Json& comp : file["compositions"]) {
+            result.push_back(comp["name"].get<std::string>() + " " + comp["outcome"].get<std::string>() + " " +
+                             comp["after"]["width"].dump() + " x " + comp["after"]["height"].dump());
+        }
+        return result;
+    }
+    Outcome outcome;
+};
+
+TEST_F(Whole, EachCompositionOnceInnermostFirstAndWhatDoesNotPayStays) {
+    const Json file =
+        all(project("Scene", {300, 200})
+                .with(precomp("Outer", {300, 200})
+                          .with(precomp("Inner", {200, 200})
+                                    .with(solid("s", {20, 10}).at({{0, {50, 60}}, {29, {90, 60}}})))
+                          .with(useOf("Inner", {200, 200}).at({60, 0})))
+                .with(precomp("Full", {100, 100}).with(solid("f", {98, 98}).at({1, 1})))
+                .having(comp("Unused", {100, 100}).with(solid("u", {5, 5}))));
+    EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;
+    EXPECT_THAT(lines(file), ElementsAre("Inner cropped 64 x 14", "Outer cropped 124 x 14",
+                                         "Full left 100 x 100", "Unused left 300 x 200"));
+    EXPECT_EQ(file["compositions"][0]["corner"], Json::parse(R"({"x": 48.0, "y": 58.0})"));
+    EXPECT_EQ(file["compositions"][0]["uses"], 2);
+    EXPECT_EQ(file["area"]["before"], 200 * 200 + 300 * 200 + 100 * 100);
+    EXPECT_EQ(file["area"]["after"], 64 * 14 + 124 * 14 + 100 * 100);
+    EXPECT_EQ(file["comparison"]["verdict"], "equal");
+    EXPECT_EQ(run({"compare", pathOf("in.json"), pathOf("out.json")}).code, ExitCode::Done);
+
+    const Outcome again = run({"crop", "--all", pathOf("out.json"), "-o", pathOf("again.json")});
+    EXPECT_EQ(again.code, ExitCode::NothingToDo) << again.out;
+    EXPECT_THAT(again.out, HasSubstr("again.json, unchanged"));
+    EXPECT_EQ(contentOf(pathOf("again.json")), contentOf(pathOf("out.json")));
+
+    EXPECT_THAT(lines(all(project("Scene", {100, 100})
+                              .with(precomp("Card", {100, 100}).with(solid("s", {80, 80}).at({10, 10}))),
+                          {"--least-saving", "30"})),
+                ElementsAre("Card left 100 x 100"));
+}
+
+TEST_F(Whole, WhatTheFrameCutsOffIsNotBroughtToLight) {
+    // Content that runs over the left edge: padding would show two more of its pixels.
+    const Json file =
+        all(project("Scene", {300, 200})
+                .with(precomp("Card", {200, 200}).with(solid("s", {60, 20}).at({-20, 50})).at({50, 0})));
+    EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;
+    EXPECT_THAT(lines(file), ElementsAre("Card cropped 40 x 20"));
+    EXPECT_EQ(file["compositions"][0]["padding"], 0);
+}
+
+TEST_F(Whole, WhatWouldShiftIsPutBack) {
+    // The second use shows less of the composition than the first, and would show as much.
+    const CompSpec disagreeing = project("Scene", {300, 200})
+                                     .with(useOf("Card", {100, 100}))
+                                     .with(useOf("Card", {40, 40}).set("nm", "Small \"one\"").at({150, 0}))
+                                     .having(comp("Card", {100, 100}).with(solid("s", {60, 60}).at({10, 10})));
+    const Json file = all(disagreeing);
+    EXPECT_EQ(outcome.code, ExitCode::SomePutBack);
+    EXPECT_THAT(lines(file), ElementsAre("Card put back 100 x 100"));
+    EXPECT_THAT(file["compositions"][0]["reason"].get<std::string>(), HasSubstr("of \"Scene\" would differ"));
+    EXPECT_EQ(file["compositions"][0]["difference"]["verdict"], "shifted");
+    EXPECT_EQ(file["warnings"][0]["kind"], "use sizes");
+    EXPECT_EQ(file["warnings"][0]["layer"], "Small \"one\"");
+    EXPECT_EQ(contentOf(pathOf("out.json")), disagreeing.text());
+}
+
+TEST_F(Whole, WarningsNameCompositionAndLayer) {
+    const Json expression = {{"a", 0}, {"k", {0, 0}}, {"x", "var $bm_rt = value;"}};
+    const CompSpec spec = project("Scene", {300, 200})
+                              .with(precomp("Card", {200, 200})
+                                        .with(text("Title"))
+                                        .with(solid("Moves", {20, 20}).set("ks", {{"p", expression}}))
+                                        .with(solid("Flat", {20, 20}).at({90, 90}))
+                                        .set("ef", Json::parse(R"([{"ty": 29, "ef": []}])"))
+                                        .index(1))
+                              .with(precomp("Plain", {50, 50}).with(solid("s", {10, 10}).at({20, 20})))
+                              .with(null("Child").childOf(1).set("ks", {{"p", expression}}));
+    const Json file = all(spec);
+    std::vector<std::string> warnings;
+    for (const Json& warning : file["warnings"]) {
+        warnings.push_back(warning["kind"].get<std::string>() + ": " + warning["layer"].get<std::string>() +
+                           " in " + warning["composition"].get<std::string>());
+    }
+    EXPECT_THAT(warnings, testing::UnorderedElementsAre("not drawn: Title in Card", "not drawn: Moves in Card",
+                                                        "expression: Moves in Card", "effect: Card in Scene",
+                                                        "expression: Child in Scene"));
+    EXPECT_THAT(lines(all(spec, {"--leave-warned"})),
+                ElementsAre("Card left 200 x 200", "Plain cropped 14 x 14"));
+    EXPECT_THAT(run({"crop", pathOf("in.json"), "--layer", "Card", "-o", pathOf("one.json")}).err,
+                HasSubstr("warning: \"Title\" in \"Card\" has text"));
+}
+
+TEST_F(Whole, ABatchGoesOnAfterABadFile) {
+    write("a.json", project("A", {99, 99}).with(precomp("Card", {90, 90}).with(solid("s", {9, 9}))).text());
+    write("b.json", "{\"layers\": 3}");
+    write("c.json", project("C", {99, 99}).text());
+    fs::create_directory(folder / "out");
+    const auto crop = [&](std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), {"crop", "--all"});
+        return run(arguments);
+    };
+    const std::string a = pathOf("a.json"), b = pathOf("b.json"), c = pathOf("c.json"), out = pathOf("out");
+    const Outcome batch = crop({a, b, c, "-o", out});
+    EXPECT_EQ(batch.code, ExitCode::BadInput);
+    EXPECT_THAT(batch.err, HasSubstr("b.json: "));
+    EXPECT_THAT(batch.out, HasSubstr("wrote " + out + "/a.json\n"));
+    EXPECT_THAT(batch.out, HasSubstr("wrote " + out + "/c.json, unchanged\n"));
+    EXPECT_FALSE(fs::exists(folder / "out/b.json"));
+    EXPECT_EQ(crop({a, c, "-o", out}).code, ExitCode::Done);
+
+    // Refused before anything is done.
+    fs::create_directory(folder / "other");
+    fs::copy_file(a, folder / "other/a.json");
+    EXPECT_THAT(crop({a, pathOf("other/a.json"), "-o", out}).err, HasSubstr("two results would be written to"));
+    EXPECT_THAT(crop({a, c, "-o", pathOf("nowhere")}).err, HasSubstr("there is no folder"));
+    EXPECT_THAT(crop({a, "--layer", "Card", "-o", out}).err, HasSubstr("--layer excludes --all"));
+    EXPECT_THAT(run({"crop", a, c, "-o", out}).err, HasSubstr("--all"));
+}
+
+TEST_F(Whole, AnInterruptEndsTheBatchAndKeepsWhatIsDone) {
+    const auto animation = [](int frames) {
+        return project("Scene", {2000, 2000})
+            .lasting(0, frames)
+            .with(precomp("Card", {2000, 2000}).with(solid("s", {9, 9}).shown(0, frames)).shown(0, frames))
+            .text();
+    };
+    write("a.json", animation(1));
+    write("b.json", animation(9000));
+    fs::create_directory(folder / "out");
+    const Outcome cancelled =
+        run({"crop", "--all", pathOf("a.json"), pathOf("b.json"), "-o", pathOf("out")}, [&](pid_t child) {
+            while (!fs::exists(folder / "out/a.json") && ::kill(child, 0) == 0) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+            ::kill(child, SIGINT);
+        });
+    EXPECT_EQ(cancelled.code, ExitCode::Cancelled) << cancelled.err;
+    EXPECT_THAT(cancelled.err, HasSubstr("cancelled"));
+    EXPECT_FALSE(fs::exists(folder / "out/b.json"));
+}
+
+}  // namespace
+
+}  // namespace kestrin_test
