@@ -25,7 +25,7 @@ void include(std::optional<PixelBox>& box, int x, int y) {
 
 }  // namespace
 
-Difference difference(const Picture& one, const Picture& other, int tolerance) {
+Difference difference(const PictureView& one, const PictureView& other, int tolerance) {
     assert(one.width == other.width && one.height == other.height);
     Difference result;
     std::size_t index = 0;
@@ -45,7 +45,7 @@ Difference difference(const Picture& one, const Picture& other, int tolerance) {
     return result;
 }
 
-std::size_t pixelsInside(const Picture& one, const Picture& other, int tolerance) {
+std::size_t pixelsInside(const PictureView& one, const PictureView& other, int tolerance) {
     assert(one.width == other.width && one.height == other.height);
     const auto differs = [&](int x, int y) {
         const std::size_t index = static_cast<std::size_t>(y) * one.width + x;
@@ -64,7 +64,7 @@ std::size_t pixelsInside(const Picture& one, const Picture& other, int tolerance
     return count;
 }
 
-std::optional<PixelBox> visibleBounds(const Picture& picture) {
+std::optional<PixelBox> visibleBounds(const PictureView& picture) {
     std::optional<PixelBox> result;
     std::size_t index = 0;
     for (int y = 0; y < picture.height; ++y) {

@@ -31,13 +31,13 @@ struct Difference {
 };
 
 // Compares premultiplied channels. The pictures must be equal in size.
-Difference difference(const Picture& one, const Picture& other, int tolerance = 2);
+Difference difference(const PictureView& one, const PictureView& other, int tolerance = 2);
 
 // How many pixels that differ by more than the tolerance lie wholly among others that do: none where the
 // differences are lines of at most two pixels.
-std::size_t pixelsInside(const Picture& one, const Picture& other, int tolerance);
+std::size_t pixelsInside(const PictureView& one, const PictureView& other, int tolerance);
 
 // Around the pixels that are not wholly transparent; nothing where there are none.
-std::optional<PixelBox> visibleBounds(const Picture& picture);
+std::optional<PixelBox> visibleBounds(const PictureView& picture);
 
 }  // namespace headless::render

@@ -203,6 +203,7 @@ class Service {
     }
 
     Reply draw(const Request& request) {
+        if (!animation_) return Reply::Refused;
         const auto width = static_cast<std::size_t>(request.width);
         const auto height = static_cast<std::size_t>(request.height);
         rlottie::Surface surface(pixels_.map(width * height).data(), width, height, width * 4);
@@ -257,16 +258,23 @@ struct Renderer::Worker {
         while (::waitpid(process, nullptr, 0) < 0 && errno == EINTR) continue;
     }
 
-    Reply ask(const Request& request, std::string_view text) {
+    void send(const Request& request, std::string_view text = {}) {
         const Time::time_point deadline = Time::now() + limits.frameTime;
+        if (unanswered++ == 0) busySince = Time::now();
         send({reinterpret_cast<const char*>(&request), sizeof request}, deadline);
         send(text, deadline);
-        await(POLLIN, deadline);
+    }
+
+    // To the oldest request without one.
+    Reply reply() {
+        await(POLLIN, busySince + limits.frameTime);
         Reply reply{};
         ssize_t count = 0;
         do count = ::recv(socket.get(), &reply, sizeof reply, 0);
         while (count < 0 && errno == EINTR);
         if (count != sizeof reply) explainDeath();
+        busySince = Time::now();
+        --unanswered;
         return reply;
     }
 
@@ -285,6 +293,8 @@ struct Renderer::Worker {
     std::size_t size = 0;  // of `memory`, which only grows
     Descriptor socket;
     pid_t process = -1;
+    int unanswered = 0;  // requests
+    Time::time_point busySince;
 
  private:
     void send(std::string_view data, Time::time_point deadline) {
@@ -292,7 +302,7 @@ struct Renderer::Worker {
             await(POLLOUT, deadline);
             const ssize_t count = ::send(socket.get(), data.data(), data.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
             if (count < 0 && (errno == EINTR || errno == EAGAIN)) continue;
-            if (count <= 0) explainDeath();
+            if (count <= 0) return;  // it has died, and there will be no reply
             data.remove_prefix(static_cast<std::size_t>(count));
         }
     }
@@ -300,12 +310,12 @@ struct Renderer::Worker {
     void await(short event, Time::time_point deadline) {
         for (;;) {
             const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Time::now());
+            pollfd watched{socket.get(), event, 0};
+            const int wait = static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, 1'000'000));
+            if (::poll(&watched, 1, wait) > 0) return;
             if (left.count() <= 0) {
                 throw RenderError("the renderer takes longer than " + secondsText(limits.frameTime));
             }
-            pollfd watched{socket.get(), event, 0};
-            const int wait = static_cast<int>(std::min<std::int64_t>(left.count(), 1'000'000));
-            if (::poll(&watched, 1, wait) > 0) return;
         }
     }
 
@@ -323,19 +333,14 @@ Renderer::Renderer(Limits limits) : limits_(limits) {}
 Renderer::~Renderer() = default;
 
 void Renderer::prepare(const std::string& document) {
-    try {
+    if (worker_ && worker_->unanswered > 0) worker_.reset();
+    guarded([&] {
         if (!worker_) worker_ = std::make_unique<Worker>(limits_);
-        const Reply reply =
-            worker_->ask({.kind = Request::Kind::Prepare, .textLength = document.size()}, document);
-        if (reply == Reply::OutOfMemory) throw RenderError("the document needs more memory than is allowed");
-        if (reply == Reply::Refused) throw RenderError("the renderer cannot read the document");
-    } catch (const RenderError&) {
-        worker_.reset();
-        throw;
-    }
+        worker_->send({.kind = Request::Kind::Prepare, .textLength = document.size()}, document);
+    });
 }
 
-Picture Renderer::frame(int frame, int width, int height) {
+void Renderer::start(int frame, int width, int height) {
     // The renderer's coordinates are 16 bits wide.
     constexpr int largestSide = 32'767;
     if (width <= 0 || height <= 0 || width > largestSide || height > largestSide ||
@@ -344,12 +349,32 @@ Picture Renderer::frame(int frame, int width, int height) {
                           " pixels is outside the limits");
     }
     if (!worker_) throw RenderError("no document is prepared");
+    guarded([&] {
+        started_ = {width, height,
+                    worker_->room(static_cast<std::size_t>(width) * static_cast<std::size_t>(height))};
+        worker_->send(
+            {.kind = Request::Kind::Frame, .frame = std::max(frame, 0), .width = width, .height = height});
+    });
+}
+
+PictureView Renderer::finish() {
+    guarded([&] {
+        while (worker_->unanswered > 1) {
+            const Reply reply = worker_->reply();
+            if (reply == Reply::OutOfMemory) {
+                throw RenderError("the document needs more memory than is allowed");
+            }
+            if (reply == Reply::Refused) throw RenderError("the renderer cannot read the document");
+        }
+        if (worker_->reply() != Reply::Done) throw RenderError("the frame needs more memory than is allowed");
+    });
+    return started_;
+}
+
+template <class Do>
+void Renderer::guarded(Do&& action) {
     try {
-        const auto pixels = worker_->room(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-        const Reply reply = worker_->ask(
-            {.kind = Request::Kind::Frame, .frame = std::max(frame, 0), .width = width, .height = height}, {});
-        if (reply != Reply::Done) throw RenderError("the frame needs more memory than is allowed");
-        return {width, height, {pixels.begin(), pixels.end()}};
+        action();
     } catch (const RenderError&) {
         worker_.reset();
         throw;

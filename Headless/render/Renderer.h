@@ -1,11 +1,12 @@
-// Pictures of a Lottie document, made in a worker process of the program's own: the documents are other
-// people's files, and whatever they do to the renderer must stay outside.
+// One worker process that draws a Lottie document: the documents are other people's files, and whatever they
+// do to the renderer must stay outside.
 
 #pragma once
 
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -20,6 +21,20 @@ struct Picture {
     std::vector<std::uint32_t> pixels;
 
     bool operator==(const Picture&) const = default;
+};
+
+// The same in somebody else's memory.
+struct PictureView {
+    PictureView() = default;
+    PictureView(int pictureWidth, int pictureHeight, std::span<const std::uint32_t> itsPixels)
+        : width(pictureWidth), height(pictureHeight), pixels(itsPixels) {}
+    PictureView(const Picture& picture) : PictureView(picture.width, picture.height, picture.pixels) {}
+
+    Picture copy() const { return {width, height, {pixels.begin(), pixels.end()}}; }
+
+    int width = 0;
+    int height = 0;
+    std::span<const std::uint32_t> pixels;
 };
 
 // The worker refused the document, died, hung or outgrew its limits. The message says which, in words that
@@ -41,17 +56,24 @@ class Renderer {
     Renderer(const Renderer&) = delete;
     Renderer& operator=(const Renderer&) = delete;
 
-    // Loads a document that normalise() made; it stays until the next call. Starts the worker when there is
-    // none. Throws RenderError.
+    // Hands over a document that normalise() made; it stays until the next call. Starts the worker when there
+    // is none. Whether it can be drawn is known when its first frame is finished. Throws RenderError.
     void prepare(const std::string& document);
-    // Frame `frame` (from 0 = the document's in point) of the prepared document, drawn to fill
-    // width x height. Throws RenderError; the next prepare() starts a new worker.
-    Picture frame(int frame, int width, int height);
+    // Has the worker draw frame `frame` (from 0 = the document's in point) of the prepared document, to fill
+    // width x height, and does not wait for it. Throws RenderError.
+    void start(int frame, int width, int height);
+    // Waits for the frame that was started. Its pixels stay until the next call. Throws RenderError; then the
+    // next prepare() starts a new worker.
+    PictureView finish();
 
  private:
     struct Worker;
+    template <class Do>
+    void guarded(Do&& action);
+
     std::unique_ptr<Worker> worker_;
     Limits limits_;
+    PictureView started_;
 };
 
 }  // namespace headless::render

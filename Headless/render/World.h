@@ -4,7 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <memory>
 
 #include "render/Renderer.h"
 
@@ -23,13 +23,13 @@ struct World {
     int width = 0;
     int height = 0;
     std::uint32_t rowBytes = 0;
-    std::vector<Block> blocks;
+    std::unique_ptr<Block[]> blocks;
 
-    std::byte* data() { return blocks.empty() ? nullptr : blocks.front().bytes; }
-    const std::byte* data() const { return blocks.empty() ? nullptr : blocks.front().bytes; }
+    std::byte* data() { return blocks ? blocks[0].bytes : nullptr; }
+    const std::byte* data() const { return blocks ? blocks[0].bytes : nullptr; }
 };
 
 // The gaps are full of opaque pixels, so that a reader who runs into one notices.
-World makeWorld(const Picture& picture, Depth depth);
+World makeWorld(const PictureView& picture, Depth depth);
 
 }  // namespace headless::render

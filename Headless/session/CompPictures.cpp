@@ -22,28 +22,29 @@ model::Size sourceSize(const model::Layer& layer) {
 
 }  // namespace
 
-render::Picture CompPictures::picture(const model::Comp& comp, double frame, int factorX, int factorY) {
+render::PictureView CompPictures::view(const model::Comp& comp, double frame, int factorX, int factorY) {
     const auto [width, height] = comp.item->size;
     const int pictureWidth = roundedUp(width, factorX);
     const int pictureHeight = roundedUp(height, factorY);
     const double wholeFrame = std::floor(frame + roundedAway);
     if (wholeFrame < 0 || wholeFrame >= std::ceil(comp.frameCount())) {
-        return {pictureWidth, pictureHeight,
-                std::vector<std::uint32_t>(static_cast<std::size_t>(pictureWidth) * pictureHeight)};
+        nothing_ = {pictureWidth, pictureHeight,
+                    std::vector<std::uint32_t>(static_cast<std::size_t>(pictureWidth) * pictureHeight)};
+        return nothing_;
     }
     try {
         std::string key = std::to_string(comp.item->id) + " " + std::to_string(factorX) + " " +
                           std::to_string(factorY) + " " + std::to_string(project_.history.revision());
         if (comps_.key != key) {
-            comps_.key.clear();
-            comps_.renderer.prepare(render::normalise(
-                project_.documentOf(comp), {width, height, pictureWidth * factorX, pictureHeight * factorY,
-                                            comp.firstFrame, comp.endFrame}));
+            const render::Scene scene{
+                width, height, pictureWidth * factorX, pictureHeight * factorY, comp.firstFrame, comp.endFrame};
+            comps_.frames.prepare(
+                [this, &comp, scene] { return render::normalise(project_.documentOf(comp), scene); },
+                static_cast<int>(std::ceil(comp.frameCount())));
             comps_.key = std::move(key);
         }
-        return comps_.renderer.frame(static_cast<int>(wholeFrame), pictureWidth, pictureHeight);
+        return comps_.frames.frame(static_cast<int>(wholeFrame), pictureWidth, pictureHeight);
     } catch (const render::RenderError& error) {
-        comps_.key.clear();
         throw render::RenderError("cannot render \"" + comp.item->name + "\" at frame " +
                                   std::to_string(static_cast<int>(wholeFrame)) + ": " + error.what());
     }
@@ -59,7 +60,6 @@ Box CompPictures::maskedBounds(const model::Layer& layer, double fileFrame) {
     try {
         std::string key = std::to_string(layer.id) + " " + std::to_string(project_.history.revision());
         if (masks_.key != key) {
-            masks_.key.clear();
             // A white solid of the source's size, cut by the masks.
             const model::Json solid = {{"ty", 1},
                                        {"sw", width},
@@ -75,18 +75,19 @@ Box CompPictures::maskedBounds(const model::Layer& layer, double fileFrame) {
                                           {"ip", first},       {"op", end},
                                           {"w", width},        {"h", height},
                                           {"layers", {solid}}, {"assets", model::Json::array()}};
-            masks_.renderer.prepare(render::normalise(document, {width, height, width, height, first, end}));
+            const render::Scene scene{width, height, width, height, first, end};
+            masks_.frames.prepare([document, scene] { return render::normalise(document, scene); },
+                                  static_cast<int>(std::ceil(end - first)));
             masks_.key = std::move(key);
         }
         const double frame = std::clamp(std::floor(fileFrame + roundedAway), first, std::ceil(end) - 1) - first;
-        const auto box = render::visibleBounds(masks_.renderer.frame(static_cast<int>(frame), width, height));
+        const auto box = render::visibleBounds(masks_.frames.frame(static_cast<int>(frame), width, height));
         if (!box) {
             return {};
         }
         return {static_cast<double>(box->left), static_cast<double>(box->top), static_cast<double>(box->right),
                 static_cast<double>(box->bottom)};
     } catch (const render::RenderError& error) {
-        masks_.key.clear();
         throw render::RenderError("cannot render the masks of layer \"" + project_.nameOf(layer) + "\" in \"" +
                                   layer.comp->item->name + "\": " + error.what());
     }

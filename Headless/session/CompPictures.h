@@ -5,7 +5,7 @@
 #include <string>
 
 #include "model/Project.h"
-#include "render/Renderer.h"
+#include "render/Frames.h"
 
 namespace headless {
 
@@ -19,23 +19,28 @@ class CompPictures {
     explicit CompPictures(const model::Project& project) : project_(project) {}
 
     // `frame` counts from the composition's first. The picture is ceil(width / factorX) wide, and its first
-    // pixel is the composition's top left corner. Outside the composition's time it is transparent.
-    // Throws render::RenderError, naming composition and frame.
-    render::Picture picture(const model::Comp& comp, double frame, int factorX = 1, int factorY = 1);
+    // pixel is the composition's top left corner. Outside the composition's time it is transparent. The pixels
+    // stay until the next call. Throws render::RenderError, naming composition and frame.
+    render::PictureView view(const model::Comp& comp, double frame, int factorX = 1, int factorY = 1);
+    // The same, to keep.
+    render::Picture picture(const model::Comp& comp, double frame, int factorX = 1, int factorY = 1) {
+        return view(comp, frame, factorX, factorY).copy();
+    }
 
     // What a layer's masks leave of its source, in source pixels, at a frame as the file counts them. Without
     // masks the whole source; feather is left out. Empty (all 0) when they leave nothing.
     Box maskedBounds(const model::Layer& layer, double fileFrame);
 
  private:
-    // A renderer and what it has prepared, so that a document is prepared once for many frames.
+    // Frames and the key of the document they are of, so that it is prepared once for many frames.
     struct Prepared {
-        render::Renderer renderer;
+        render::Frames frames;
         std::string key;
     };
 
     const model::Project& project_;
     Prepared comps_, masks_;
+    render::Picture nothing_;
 };
 
 }  // namespace headless

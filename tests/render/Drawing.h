@@ -65,7 +65,12 @@ inline char letter(std::uint32_t pixel) {
     return pixel >> 24 < 192 ? static_cast<char>(result + 'a' - 'A') : result;
 }
 
-inline std::string row(const Picture& picture, int y) {
+inline PictureView draw(Renderer& renderer, int frame, int width, int height) {
+    renderer.start(frame, width, height);
+    return renderer.finish();
+}
+
+inline std::string row(const PictureView& picture, int y) {
     std::string result;
     for (int x = 0; x < picture.width; ++x) {
         result += letter(picture.pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(picture.width) +

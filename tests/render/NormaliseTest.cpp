@@ -32,7 +32,7 @@ class Normalised : public testing::Test {
  protected:
     Picture picture(const Json& document, const Scene& scene, int frame) {
         renderer_.prepare(normalise(document, scene));
-        return renderer_.frame(frame, scene.canvasWidth, scene.canvasHeight);
+        return draw(renderer_, frame, scene.canvasWidth, scene.canvasHeight).copy();
     }
 
     // The top row of a composition of 12 x 2 pixels.
@@ -133,7 +133,7 @@ TEST_F(Normalised, RemappedTimeShowsTheFrameThatIsNamed) {
     const auto at = [&](const std::string& remap, int frame, int end) {
         renderer_.prepare(normalise(document({use("3", R"("sr": 2, "tm": )" + remap)}, assets),
                                     {12, 2, 12, 2, 0, double(end)}));
-        return row(renderer_.frame(frame, 12, 2), 0);
+        return row(draw(renderer_, frame, 12, 2), 0);
     };
     EXPECT_EQ(at(R"({"k": 2})", 0, 10), "..GG........");  // static, and beyond the end of the document
     EXPECT_EQ(at(R"({"k": 1})", 60, 100), "RR..........");
@@ -148,7 +148,7 @@ TEST_F(Normalised, RemappedTimeShowsTheFrameThatIsNamed) {
     renderer_.prepare(
         normalise(document({use("3", R"("tm": )" + even)}, {composition("3", {dot})}), {12, 2, 12, 2, 0, 90}));
     for (int frame = 0; frame < 90; ++frame) {
-        EXPECT_EQ(row(renderer_.frame(frame, 12, 2), 0).find('G'), frame % 12u) << frame;
+        EXPECT_EQ(row(draw(renderer_, frame, 12, 2), 0).find('G'), frame % 12u) << frame;
     }
 }
 
@@ -217,8 +217,8 @@ TEST_F(Normalised, ShapesInEveryOrder) {
         R"({"ty": "rc", "s": {"k": [2, 9]}, "p": {"k": [{"t": 0, "s": [2, 1]}, {"t": 4, "s": [6, 1]}]}})";
     const Json group = document({shapes(R"({"ty": "gr", "it": [)" + moving + "," + fill + "]}")});
     renderer_.prepare(normalise(group, {12, 2, 12, 2, 0, 100}));
-    EXPECT_EQ(row(renderer_.frame(0, 12, 2), 0), ".RR.........");
-    EXPECT_EQ(row(renderer_.frame(4, 12, 2), 0), ".....RR.....");
+    EXPECT_EQ(row(draw(renderer_, 0, 12, 2), 0), ".RR.........");
+    EXPECT_EQ(row(draw(renderer_, 4, 12, 2), 0), ".....RR.....");
     // A triangle turned by 60 degrees stands on its tip.
     const std::string triangle =
         R"({"ty": "sr", "sy": 2, "pt": {"k": 3}, "or": {"k": 40}, "os": {"k": 0}, "p": {"k": [50, 50]}, "r": {"k": 60}})";
@@ -250,8 +250,8 @@ TEST_F(Normalised, FramesDoNotDependOnTheOnesBefore) {
     Json moving = shapes(box + "," + fill);
     const auto after = [&](const Jsons& layers) {
         renderer_.prepare(normalise(document(layers), {12, 2, 12, 2, 0, 30}));
-        for (int frame = 0; frame < 12; ++frame) renderer_.frame(frame, 12, 2);
-        return row(renderer_.frame(12, 12, 2), 0);
+        for (int frame = 0; frame < 12; ++frame) draw(renderer_, frame, 12, 2);
+        return row(draw(renderer_, 12, 12, 2), 0);
     };
     moving["tt"] = 1;
     EXPECT_EQ(after({solid(0, 0, 12, 2, blue, R"("td": 1, "ip": 10)"), moving}), "........GG..");

@@ -4,11 +4,10 @@
 #include <sys/wait.h>
 
 #include <csignal>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 
 #include "Drawing.h"
+#include "Workers.h"
 
 namespace headless::render {
 namespace {
@@ -40,62 +39,65 @@ std::string errorOf(const std::function<void()>& action) {
 TEST(Renderer, DrawsAnySizeOfOneDocument) {
     Renderer renderer;
     renderer.prepare(redBox());
-    EXPECT_EQ(row(renderer.frame(0, 12, 2), 1), "RRRR........");
-    EXPECT_EQ(row(renderer.frame(3, 6, 1), 0), "RR....");
-    EXPECT_EQ(row(renderer.frame(3, 24, 4), 3), "RRRRRRRR................");
+    EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "RRRR........");
+    EXPECT_EQ(row(draw(renderer, 3, 6, 1), 0), "RR....");
+    EXPECT_EQ(row(draw(renderer, 3, 24, 4), 3), "RRRRRRRR................");
     renderer.prepare(normalise(document({solid(2, 0, 4, 2, "#00ff00")}), small));
-    EXPECT_EQ(row(renderer.frame(0, 12, 2), 1), "..GGGG......");
+    EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "..GGGG......");
 }
 
 TEST(Renderer, RefusesWhatItCannotDrawAndGoesOn) {
     Renderer renderer({.picturePixels = 100});
-    EXPECT_EQ(errorOf([&] { renderer.frame(0, 4, 4); }), "no document is prepared");
-    EXPECT_EQ(errorOf([&] { renderer.prepare("[1, 2"); }), "the renderer cannot read the document");
+    EXPECT_EQ(errorOf([&] { draw(renderer, 0, 4, 4); }), "no document is prepared");
+    EXPECT_EQ(errorOf([&] {
+                  renderer.prepare("[1, 2");
+                  draw(renderer, 0, 12, 2);
+              }),
+              "the renderer cannot read the document");
     renderer.prepare(redBox());
     for (const auto& [width, height] :
          {std::pair(11, 10), std::pair(0, 4), std::pair(4, -1), std::pair(40'000, 1)}) {
-        EXPECT_THROW(renderer.frame(0, width, height), RenderError) << width << " x " << height;
+        EXPECT_THROW(draw(renderer, 0, width, height), RenderError) << width << " x " << height;
     }
-    EXPECT_EQ(row(renderer.frame(0, 12, 2), 1), "RRRR........");
+    EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "RRRR........");
 }
 
 TEST(Renderer, ALateWorkerIsReplaced) {
     Renderer renderer({.frameTime = std::chrono::milliseconds(300)});
     EXPECT_EQ(errorOf([&] {
                   renderer.prepare(heavy());
-                  renderer.frame(0, 12, 2);
+                  draw(renderer, 0, 12, 2);
               }),
               "the renderer takes longer than 0.3 s");
-    EXPECT_EQ(errorOf([&] { renderer.frame(0, 12, 2); }), "no document is prepared");
+    EXPECT_EQ(errorOf([&] { draw(renderer, 0, 12, 2); }), "no document is prepared");
     renderer.prepare(redBox());
-    EXPECT_EQ(row(renderer.frame(0, 12, 2), 1), "RRRR........");
+    EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "RRRR........");
 }
 
 #ifndef __SANITIZE_ADDRESS__  // which cannot live under a limit
 TEST(Renderer, AWorkerThatOutgrowsItsMemoryIsReplaced) {
     Renderer renderer({.memoryBytes = 400u << 20});
-    EXPECT_NE(errorOf([&] { renderer.prepare(heavy()); }), "none");
+    EXPECT_NE(errorOf([&] {
+                  renderer.prepare(heavy());
+                  draw(renderer, 0, 12, 2);
+              }),
+              "none");
     renderer.prepare(redBox());
-    EXPECT_EQ(row(renderer.frame(0, 12, 2), 1), "RRRR........");
-    EXPECT_NE(errorOf([&] { renderer.frame(0, 30'000, 5'000); }), "none");
+    EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "RRRR........");
+    EXPECT_NE(errorOf([&] { draw(renderer, 0, 30'000, 5'000); }), "none");
     renderer.prepare(redBox());
-    EXPECT_EQ(row(renderer.frame(0, 12, 2), 1), "RRRR........");
+    EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "RRRR........");
 }
 #endif
 
 TEST(Renderer, AWorkerThatDiesIsExplainedAndReplaced) {
     Renderer renderer;
     renderer.prepare(redBox());
-    pid_t worker = 0;
-    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
-        std::ifstream children(task.path() / "children");
-        children >> worker;
-    }
-    ASSERT_GT(worker, 0);
-    ::kill(worker, SIGSEGV);
-    EXPECT_EQ(errorOf([&] { renderer.frame(0, 12, 2); }), "the renderer crashed (Segmentation fault)");
+    ASSERT_EQ(workers().size(), 1u);
+    ::kill(workers().front(), SIGSEGV);
+    EXPECT_EQ(errorOf([&] { draw(renderer, 0, 12, 2); }), "the renderer crashed (Segmentation fault)");
     renderer.prepare(redBox());
-    EXPECT_EQ(row(renderer.frame(0, 12, 2), 1), "RRRR........");
+    EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "RRRR........");
 }
 
 TEST(Renderer, LeavesNoProcessBehind) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstring>
 #include <fstream>
 
@@ -23,16 +24,27 @@ std::vector<Channel> pixelAt(const World& world, int x, int y) {
     return channels;
 }
 
+// Every value in every channel, in rows of a length that no vector fits.
+template <typename Channel, typename Convert>
+void expectConverted(Depth depth, Convert convert) {
+    Picture picture{19, 27, {}};
+    for (std::uint32_t i = 0; i < 19 * 27; ++i) {
+        picture.pixels.push_back(i % 256 << 24 | (i + 1) % 256 << 16 | (i + 2) % 256 << 8 | (i + 3) % 256);
+    }
+    const World world = makeWorld(picture, depth);
+    for (int i = 0; i < 19 * 27; ++i) {
+        std::vector<Channel> expected;
+        for (int channel = 0; channel < 4; ++channel) expected.push_back(convert((i + channel) % 256));
+        ASSERT_EQ(pixelAt<Channel>(world, i % 19, i / 19), expected) << i;
+    }
+}
+
 TEST(World, LaysChannelsOutAtEachDepth) {
-    const World bytes = makeWorld(fourPixels, Depth::Bits8);
-    EXPECT_EQ(pixelAt<std::uint8_t>(bytes, 0, 0), (std::vector<std::uint8_t>{0x80, 0x40, 0x20, 0x10}));
-    const World words = makeWorld(fourPixels, Depth::Bits16);
-    EXPECT_EQ(pixelAt<std::uint16_t>(words, 0, 1), (std::vector<std::uint16_t>(4, 32'768)));
-    EXPECT_EQ(pixelAt<std::uint16_t>(words, 1, 1), (std::vector<std::uint16_t>{129, 129, 0, 0}));
-    const World floats = makeWorld(fourPixels, Depth::Bits32);
-    EXPECT_EQ(pixelAt<float>(floats, 0, 1), (std::vector<float>(4, 1)));
-    EXPECT_EQ(pixelAt<float>(floats, 1, 0), (std::vector<float>(4, 0)));
-    EXPECT_EQ(pixelAt<float>(floats, 1, 1)[0], 1 / 255.0f);
+    expectConverted<std::uint8_t>(Depth::Bits8, [](int value) { return static_cast<std::uint8_t>(value); });
+    expectConverted<std::uint16_t>(Depth::Bits16, [](int value) {
+        return static_cast<std::uint16_t>(std::lround(value * 32'768 / 255.0));
+    });
+    expectConverted<float>(Depth::Bits32, [](int value) { return static_cast<float>(value) / 255.0f; });
 }
 
 template <typename Channel>

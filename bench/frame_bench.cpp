@@ -1,0 +1,251 @@
+// What the host adds to the drawing of frames: the duration crop of real files as a whole command beside the
+// renderer alone, which draws the same frames of the same documents in this process; and the change to the
+// host's order of channels beside a plain copy.
+//
+// Each file becomes a composition of 1920 x 1080: its root is shown in it as a layer, scaled to fit. The folder
+// with the files is the argument. Fails where a frame drawn ahead differs from the renderer's own, where the
+// median of a command's ratio exceeds its limit, or where a command fails.
+
+#include <rlottie.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <vector>
+
+#include "model/Project.h"
+#include "render/Frames.h"
+#include "render/Normalise.h"
+#include "render/World.h"
+
+namespace {
+
+using namespace headless;
+using Json = nlohmann::ordered_json;
+
+constexpr int width = 1920, height = 1080;
+constexpr int rounds = 7;
+constexpr double largestRatio = 1.3;
+constexpr std::array files = {"lock.json", "puzzle.json", "coins.json", "starfish.json", "banner.json"};
+
+double secondsOf(const std::function<void()>& action) {
+    const auto start = std::chrono::steady_clock::now();
+    action();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+struct Spread {
+    double lowest = 0, median = 0, highest = 0;
+};
+
+Spread spreadOf(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return {values.front(), values[values.size() / 2], values.back()};
+}
+
+// ---- Frames -------------------------------------------------------------------------------------------------
+
+Json use(const std::string& id, const Json& root, int useWidth, int useHeight, double scale) {
+    const auto fixed = [](Json value) { return Json{{"a", 0}, {"k", std::move(value)}}; };
+    return {{"ddd", 0},
+            {"ty", 0},
+            {"nm", id},
+            {"refId", id},
+            {"w", useWidth},
+            {"h", useHeight},
+            {"ip", root["ip"]},
+            {"op", root["op"]},
+            {"st", 0},
+            {"ks",
+             {{"p", fixed({width / 2, height / 2, 0})},
+              {"a", fixed({useWidth / 2.0, useHeight / 2.0, 0})},
+              {"s", fixed({scale, scale, 100})}}}};
+}
+
+std::string enlarged(const std::filesystem::path& file) {
+    std::ifstream in(file);
+    Json root = Json::parse(in);
+    const double scale = 100 * std::min(width / root["w"].get<double>(), height / root["h"].get<double>());
+    Json stage = use("Original", root, root["w"], root["h"], scale);
+    Json& assets = root["assets"];
+    assets.push_back({{"id", "Original"}, {"layers", std::move(root["layers"])}});
+    assets.push_back({{"id", "Stage"}, {"layers", Json::array({std::move(stage)})}});
+    root["layers"] = Json::array({use("Stage", root, width, height, 100)});
+    root["w"] = width;
+    root["h"] = height;
+    return root.dump();
+}
+
+int run(const std::vector<std::string>& command) {
+    std::fflush(stdout);
+    const pid_t child = fork();
+    if (child == 0) {
+        std::vector<char*> arguments;
+        for (const std::string& argument : command) {
+            arguments.push_back(const_cast<char*>(argument.c_str()));
+        }
+        arguments.push_back(nullptr);
+        if (std::freopen("/dev/null", "w", stdout) != nullptr) {
+            execv(arguments[0], arguments.data());
+        }
+        _exit(127);
+    }
+    int status = 0;
+    return child > 0 && waitpid(child, &status, 0) == child && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+// A file's composition as the renderer gets it.
+struct Scene {
+    std::filesystem::path file;
+    std::string document;
+    int frames = 0;
+    std::vector<std::size_t> hashes;  // of the frames as the host draws them
+};
+
+std::size_t hashOf(std::span<const std::uint32_t> pixels) {
+    return std::hash<std::string_view>()({reinterpret_cast<const char*>(pixels.data()), pixels.size_bytes()});
+}
+
+// By one worker and by two, before the renderer runs in this process: its threads do not survive a fork.
+Scene drawnApart(const std::filesystem::path& original, const std::filesystem::path& folder) {
+    Scene scene{folder / original.filename(), {}, 0, {}};
+    std::ofstream(scene.file, std::ios::binary) << enlarged(original);
+    const auto project = model::Project::open(scene.file);
+    const model::Comp& comp = *project->root().layers.front()->source->comp;
+    scene.frames = static_cast<int>(std::ceil(comp.frameCount()));
+    scene.document = render::normalise(project->documentOf(comp),
+                                       {width, height, width, height, comp.firstFrame, comp.endFrame});
+    render::Frames one({}, 1);
+    render::Frames two({}, 2);
+    for (render::Frames* frames : {&one, &two}) {
+        frames->prepare([&] { return scene.document; }, scene.frames);
+    }
+    for (int frame = 0; frame < scene.frames; ++frame) {
+        scene.hashes.push_back(hashOf(one.frame(frame, width, height).pixels));
+        if (hashOf(two.frame(frame, width, height).pixels) != scene.hashes.back()) {
+            throw std::runtime_error(original.string() + ": two workers draw another picture than one");
+        }
+    }
+    return scene;
+}
+
+template <class Take>
+void drawAlone(const Scene& scene, Take&& take) {
+    const auto animation = rlottie::Animation::loadFromData(scene.document, "", "", false);
+    std::vector<std::uint32_t> pixels(std::size_t{width} * height);
+    for (int frame = 0; frame < scene.frames; ++frame) {
+        animation->renderSync(static_cast<std::size_t>(frame),
+                              rlottie::Surface(pixels.data(), width, height, width * 4), false);
+        take(frame, pixels);
+    }
+}
+
+bool measureFile(const Scene& scene) {
+    drawAlone(scene, [&](int frame, const std::vector<std::uint32_t>& pixels) {
+        if (hashOf(pixels) != scene.hashes[static_cast<std::size_t>(frame)]) {
+            throw std::runtime_error(scene.file.string() +
+                                     ": a worker draws another picture than the renderer");
+        }
+    });
+    const std::vector<std::string> command{
+        KESTRIN_PROGRAM, "crop",  scene.file,   "--plugin", KESTRIN_PLUGIN,
+        "--layer",       "Stage", "--duration", "-o",       scene.file.string() + ".cropped"};
+    std::vector<double> ratios, alone, whole;
+    for (int round = 0; round < rounds; ++round) {
+        alone.push_back(secondsOf([&] { drawAlone(scene, [](int, const auto&) {}); }));
+        whole.push_back(secondsOf([&] {
+            if (run(command) != 0) {
+                throw std::runtime_error("kestrin crop failed on " + scene.file.string());
+            }
+        }));
+        ratios.push_back(whole.back() / alone.back());
+    }
+    const Spread ratio = spreadOf(ratios);
+    std::printf("| %s | %d | %.2f | %.2f | %.2f | %.2f, %.2f |\n", scene.file.filename().c_str(), scene.frames,
+                spreadOf(alone).median, spreadOf(whole).median, ratio.median, ratio.lowest, ratio.highest);
+    if (ratio.median > largestRatio) {
+        std::cerr << scene.file << ": the command takes " << ratio.median << " times as long\n";
+    }
+    return ratio.median <= largestRatio;
+}
+
+// ---- Pixels -------------------------------------------------------------------------------------------------
+
+void measureDepth(const char* name, render::Depth depth) {
+    render::Picture picture{width, height, std::vector<std::uint32_t>(std::size_t{width} * height)};
+    std::uint32_t state = 1;
+    for (std::uint32_t& pixel : picture.pixels) {
+        pixel = state = state * 1'664'525 + 1'013'904'223;
+    }
+    const std::size_t bytes = picture.pixels.size() * 4 *
+                              (depth == render::Depth::Bits8    ? 1
+                               : depth == render::Depth::Bits16 ? 2
+                                                                : 4);
+    const std::vector<char> source(bytes, 1);
+    std::vector<double> ratios, copies, worlds;
+    std::size_t seen = 0;
+    for (int round = 0; round < 101; ++round) {
+        copies.push_back(secondsOf([&] {
+            const auto copy = std::make_unique_for_overwrite<char[]>(bytes);
+            std::memcpy(copy.get(), source.data(), bytes);
+            seen += static_cast<std::size_t>(copy[bytes - 1 - static_cast<std::size_t>(round)]);
+        }));
+        worlds.push_back(secondsOf([&] {
+            const render::World world = render::makeWorld(picture, depth);
+            seen += static_cast<std::size_t>(world.data()[round]);
+        }));
+        ratios.push_back(worlds.back() / copies.back());
+    }
+    const Spread ratio = spreadOf(ratios);
+    std::printf("| %s | %.2f | %.2f | %.2f |\n", name, 1000 * spreadOf(copies).median,
+                1000 * spreadOf(worlds).median, ratio.median);
+    if (seen == 0) {
+        std::abort();
+    }
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+    if (argumentCount != 2) {
+        std::cerr << "usage: frame_bench FOLDER_OF_REAL_FILES\n";
+        return EXIT_FAILURE;
+    }
+    try {
+        rlottie::configureModelCacheSize(0);
+        std::printf("| depth | copy, ms | frame for the host, ms | ratio |\n|---|---|---|---|\n");
+        measureDepth("8-bit", render::Depth::Bits8);
+        measureDepth("16-bit", render::Depth::Bits16);
+        measureDepth("float", render::Depth::Bits32);
+
+        const auto folder =
+            std::filesystem::temp_directory_path() / ("kestrin-frames-" + std::to_string(getpid()));
+        std::filesystem::create_directory(folder);
+        std::printf(
+            "\n| file | frames | renderer alone, s | kestrin crop --duration, s | ratio | from, to |\n"
+            "|---|---|---|---|---|---|\n");
+        std::fflush(stdout);
+        std::vector<Scene> scenes;
+        for (const char* file : files) {
+            scenes.push_back(drawnApart(std::filesystem::path(arguments[1]) / file, folder));
+        }
+        bool good = true;
+        for (const Scene& scene : scenes) {
+            good &= measureFile(scene);
+        }
+        std::filesystem::remove_all(folder);
+        return good ? EXIT_SUCCESS : EXIT_FAILURE;
+    } catch (const std::exception& error) {
+        std::cerr << "frame_bench: " << error.what() << "\n";
+        return EXIT_FAILURE;
+    }
+}
