@@ -64,6 +64,7 @@ class DocumentParser final : public nlohmann::json_sax<Json> {
         return true;
     }
     bool key(string_t& name) override {
+        refuseSecondList(name);
         levels_.back().key = std::move(name);
         return true;
     }
@@ -111,6 +112,17 @@ class DocumentParser final : public nlohmann::json_sax<Json> {
         return notInList;
     }
 
+    // Layers are handed over one by one, so that of two lists neither could be dropped later.
+    void refuseSecondList(const std::string& name) const {
+        const bool ofRoot = levels_.size() == 1 && (name == "layers" || name == "assets");
+        const bool ofAsset = levels_.size() == 3 && levels_[0].key == "assets" && name == "layers";
+        if ((ofRoot || ofAsset) && levels_.back().value->contains(name)) {
+            throw ProjectError("line " + std::to_string(line()) + ": a second list of " + name);
+        }
+    }
+
+    std::ptrdiff_t line() const { return 1 + std::count(text_.data(), place_, '\n'); }
+
     Json& place(Json value) {
         if (levels_.empty()) {
             return document_ = std::move(value);
@@ -131,8 +143,8 @@ class DocumentParser final : public nlohmann::json_sax<Json> {
     template <class Number>
     bool addNumber(Number value) {
         if (!(std::abs(static_cast<double>(value)) <= largestNumber)) {
-            throw ProjectError("line " + std::to_string(1 + std::count(text_.data(), place_, '\n')) +
-                               ": the number " + Json(value).dump() + " is out of range");
+            throw ProjectError("line " + std::to_string(line()) + ": the number " + Json(value).dump() +
+                               " is out of range");
         }
         return add(value);
     }

@@ -109,6 +109,9 @@ void readKeys(const Json& property, const std::string& path, std::vector<Key>& k
         const Json& json = list[i];
         Key key;
         key.frame = requiredNumber(json, "t", at);
+        if (!keys.empty() && key.frame < keys.back().frame) {
+            fail(at + ".t", "the keyframe comes before the one above it in the list");
+        }
         key.out = truthAt(json, "h")   ? Interpolation::Hold
                   : json.contains("o") ? Interpolation::Bezier
                                        : Interpolation::Linear;
@@ -384,6 +387,11 @@ std::string textAt(const Json& json, const char* key) {
     return value != nullptr && value->is_string() ? value->get<std::string>() : std::string();
 }
 
+std::string idAt(const Json& json, const char* key) {
+    const Json* value = memberOf(json, key);
+    return value != nullptr && value->is_number() ? value->dump() : textAt(json, key);
+}
+
 void readLayer(const Json& json, const std::string& path, LayerData& layer,
                std::vector<std::shared_ptr<Mask>>& masks, std::optional<int>& parent) {
     constexpr double largestIndex = 1e9;
@@ -403,7 +411,7 @@ void readLayer(const Json& json, const std::string& path, LayerData& layer,
         fail(path, "the layer has no type (ty)");
     }
     layer.name = textAt(json, "nm");
-    layer.reference = textAt(json, "refId");
+    layer.reference = idAt(json, "refId");
     layer.index = whole("ind");
     parent = whole("parent");
     layer.threeD = truthAt(json, "ddd");

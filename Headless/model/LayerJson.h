@@ -21,5 +21,7 @@ double numberAt(const Json& json, const char* key, double otherwise, const std::
 double requiredNumber(const Json& json, const char* key, const std::string& path);
 bool truthAt(const Json& json, const char* key);  // true, or a number other than 0
 std::string textAt(const Json& json, const char* key);
+// Of assets: a text, or a number as the text of that number.
+std::string idAt(const Json& json, const char* key);
 
 }  // namespace headless::model

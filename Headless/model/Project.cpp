@@ -82,8 +82,7 @@ std::string Project::newAssetId(const std::string& wish) const {
 }
 
 std::string assetIdOf(const Json& asset) {
-    const auto id = asset.find("id");
-    return id != asset.end() && id->is_number() ? id->dump() : textAt(asset, "id");
+    return idAt(asset, "id");
 }
 
 }  // namespace headless::model

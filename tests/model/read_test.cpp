@@ -107,6 +107,13 @@ TEST(Read, NamesAndSizesComeFromTheUses) {
     EXPECT_EQ(project->items[3]->size, (Size{100, 80}));  // nothing uses it: as the animation
 }
 
+TEST(Read, AnIdMayBeANumber) {
+    const auto project =
+        Project::read(animation(R"({"ty":0,"refId":7,"w":5,"h":5})", R"({"id":7,"nm":"Card","layers":[]})"));
+    ASSERT_NE(project->root().layers[0]->source, nullptr);
+    EXPECT_EQ(project->root().layers[0]->source->name, "Card");
+}
+
 TEST(Read, RefusesWhatCannotBeBorneAndNamesThePlace) {
     const std::vector<std::pair<std::string, std::string>> cases = {
         {"{", "this is not JSON"},
@@ -137,6 +144,12 @@ TEST(Read, RefusesWhatCannotBeBorneAndNamesThePlace) {
         {animation(R"({"ty":4,"ks":{"p":{"a":0,"k":["x"]}}})"), "layers[0].ks.p.k: a number"},
         {animation(R"({"ty":4,"masksProperties":[{"pt":{"a":0,"k":{"v":[[0,0]],"i":[],"o":[[0,0]]}}}]})"),
          "layers[0].masksProperties[0].pt.k: a mask outline"},
+        {R"({"layers":[],"fr":30,"ip":0,"op":1,"w":1,"h":1,"l\u0061yers":[]})",
+         "line 1: a second list of layers"},
+        {animation("", R"({"id":"c","layers":[{"ty":4}],"layers":[{"ty":4}]})"), "a second list of layers"},
+        {animation("", R"(],"assets":[)"), "a second list of assets"},
+        {animation(R"({"ty":4,"ks":{"r":{"k":[{"t":5,"s":[1]},{"t":4,"s":[2]}]}}})"),
+         "layers[0].ks.r.k[1].t: the keyframe comes before"},
         {R"({"layers":[],"x":)" + std::string(300, '[') + std::string(300, ']') + "}",
          "nested more than 256 levels"},
     };
