@@ -110,12 +110,4 @@ TEST_F(Bounds, RegionIsComparedWithUnscaledPixelsAndRoundsDown) {
     expectEdges(find(1, 1, {nan, 1e300, nan, -1e300}), 2147483647, -2147483648.0, 0, 150);
 }
 
-TEST_F(Bounds, KeepsTheFirstFailureAndAsksNothingMore) {
-    show(5, 7, 10, 20);
-    host_.failAt("type", 3);
-    EXPECT_TRUE(crop::isEmpty(find(1, 1)));
-    EXPECT_EQ(error_, 3);
-    EXPECT_EQ(host_.calls(), (std::vector<std::string>{"size", "row bytes", "type"}));
-}
-
 }  // namespace

@@ -152,21 +152,4 @@ TYPED_TEST(Scan, AgreesWithThePlainDefinitionOnRandomFrames) {
     }
 }
 
-TEST(ScanOfFloats, CountsEveryNumberAboveZeroAndNothingElse) {
-    using Limits = std::numeric_limits<float>;
-    for (const float visible : {Limits::denorm_min(), Limits::min(), 1.0F, Limits::max(), Limits::infinity()}) {
-        Frame<PF_PixelFloat> frame(3, 2, 0);
-        frame.set(1, 2, visible);
-        EXPECT_EQ(frame.scan(), (VisibleRange{1, 1, 2, 2})) << visible;
-        frame.set(1, 2, -visible);
-        EXPECT_EQ(frame.scan(), crop::nothingVisible(3, 2)) << -visible;
-    }
-    Frame<PF_PixelFloat> frame(1, 1, 0);
-    const float smallestNaN = std::bit_cast<float>(0x7F800001U);
-    for (const float invisible : {-0.0F, smallestNaN, Limits::quiet_NaN(), -Limits::quiet_NaN()}) {
-        frame.set(0, 0, invisible);
-        EXPECT_EQ(frame.scan(), crop::nothingVisible(1, 1)) << invisible;
-    }
-}
-
 }  // namespace
