@@ -77,9 +77,10 @@ std::vector<MaskVertex> readVertices(const Json& json, const std::string& path) 
     return vertices;
 }
 
-MaskPath readPath(const Json& json, const std::string& path) {
+MaskPath readPath(const Json& json, const std::string& path, const Json& mask) {
     const Json& shape = json.is_array() && !json.empty() ? json.front() : json;
-    return {readVertices(shape, path), truthAt(shape, "c")};
+    // Older files say of the mask as a whole that it is closed.
+    return {readVertices(shape, path), truthAt(shape, "c") || (!shape.contains("c") && truthAt(mask, "cl"))};
 }
 
 double easeNumber(const Json* side, const char* key, std::size_t axis, double otherwise) {
@@ -208,12 +209,15 @@ std::shared_ptr<Mask> readMask(const Json& json, const std::string& path, std::s
     if (k == nullptr) {
         fail(path, "the mask has no outline (pt.k)");
     }
+    const auto readOutline = [&](const Json& shape, const std::string& at) {
+        return readPath(shape, at, json);
+    };
     if (isKeyframed(*outline)) {
         readKeys(
-            *outline, path + ".pt", mask->path.keys, readPath,
+            *outline, path + ".pt", mask->path.keys, readOutline,
             [](const Json& keyJson, const std::string&, PathKey& key) { key.ease = readEase(keyJson, 0); });
     } else {
-        mask->path.value = readPath(*k, path + ".pt.k");
+        mask->path.value = readOutline(*k, path + ".pt.k");
     }
     return mask;
 }

@@ -126,10 +126,7 @@ TEST_F(RealModes, TheMaskCropCutsToTheMasksCorners) {
         ASSERT_EQ(use->masks.size(), 1u);
         EXPECT_EQ(!use->masks[0]->path.keys.empty(), each.animated) << each.file;
         double left = source->size.width, top = source->size.height, right = 0, bottom = 0;
-        model::MaskPath path = use->masks[0]->path.at(opened->firstFrame);
-        if (!path.closed) {
-            path.vertices.pop_back();  // an open mask has a segment less, and that many corners are measured
-        }
+        const model::MaskPath path = use->masks[0]->path.at(opened->firstFrame);
         for (const model::MaskVertex& vertex : path.vertices) {
             left = std::min(left, std::round(vertex.point.x));
             top = std::min(top, std::round(vertex.point.y));

@@ -1,0 +1,212 @@
+// The comparison's eye: one pixel wrong in a cropped file is reported as shifted.
+//
+// The files are spoiled as text, so that nothing of the tool takes part in making the error.
+
+#include <gtest/gtest.h>
+
+#include "cli/Comparison.h"
+#include "cli/Cropping.h"
+#include "cli/ExitCode.h"
+
+namespace kestrin_test {
+
+namespace {
+
+using namespace headless;
+using namespace headless::cli;
+using model::Json;
+
+constexpr int padding = 2;
+
+// At which frame an error shows, or why it shows at none.
+struct Cell {
+    Cell(int at) : frame(at) {}
+    Cell(const char* why) : unseen(why) {}
+    int frame = 0;
+    const char* unseen = nullptr;
+};
+
+// One use of a composition, and what one pixel wrong there does.
+struct Row {
+    const char* file;
+    const char* comp;  // asset id of the composition that holds the use
+    int layer;         // the use, from 1
+    int inner;         // a layer in what it shows, from 1
+    Cell anchorX, anchorY, position, innerPosition, mask, width, height;
+    int playedTo = 0;  // the animation's end, where the file's own comes before the use
+};
+
+void PrintTo(const Row& row, std::ostream* out) {
+    *out << row.file;
+}
+
+// The composition ends in the padding: a pixel less, and nothing is lost.
+const char noMask[] = "no mask";
+const char empty[] = "nothing is drawn";
+const char late[] = "the animation ends before";
+
+// ---- Errors ------------------------------------------------------------------------------------------
+
+Json& layersOf(Json& document, const std::string& id) {
+    for (Json& asset : document["assets"]) {
+        if (asset["id"] == id && !id.empty()) {
+            return asset["layers"];
+        }
+    }
+    return document["layers"];
+}
+
+void addOne(Json& number) {
+    number = number.get<double>() + 1;
+}
+
+// A value, or keyframes with one value each, or with two in older files.
+template <class Change>
+void forEachValue(Json& k, Change&& change) {
+    if (!k.is_array() || !k.at(0).is_object() || k[0].contains("v")) {
+        change(k.is_array() && k.at(0).is_object() ? k[0] : k);
+        return;
+    }
+    for (Json& key : k) {
+        for (const char* member : {"s", "e"}) {
+            if (key.contains(member)) {
+                forEachValue(key[member], change);
+            }
+        }
+    }
+}
+
+void movePoint(Json& layer, const char* member, int axis) {
+    Json& point = layer["ks"][member];
+    const bool separated = point.value("s", false);
+    forEachValue(separated ? point[axis == 0 ? "x" : "y"]["k"] : point["k"],
+                 [&](Json& value) { addOne(value.is_array() ? value[separated ? 0 : axis] : value); });
+}
+
+void moveMasks(Json& layer) {
+    for (Json& mask : layer["masksProperties"]) {
+        forEachValue(mask["pt"]["k"], [](Json& path) {
+            for (Json& vertex : path["v"]) {
+                addOne(vertex[0]);
+            }
+        });
+    }
+}
+
+// So much that one pixel of the content goes with the padding.
+void cut(Json& document, const std::string& id, const char* side) {
+    const auto cutIn = [&](Json& layers) {
+        for (Json& layer : layers) {
+            if (layer.value("refId", "") == id) {
+                layer[side] = layer[side].get<int>() - padding - 1;
+            }
+        }
+    };
+    cutIn(document["layers"]);
+    for (Json& asset : document["assets"]) {
+        if (asset.contains("layers")) {
+            cutIn(asset["layers"]);
+        }
+    }
+}
+
+struct Error {
+    const char* name;
+    Cell Row::*cell;
+    void (*make)(Json& document, const Row& row, Json& use, Json& inner);
+};
+
+const Error errors[] = {
+    {"anchor x", &Row::anchorX, [](Json&, const Row&, Json& use, Json&) { movePoint(use, "a", 0); }},
+    {"anchor y", &Row::anchorY, [](Json&, const Row&, Json& use, Json&) { movePoint(use, "a", 1); }},
+    {"position", &Row::position, [](Json&, const Row&, Json& use, Json&) { movePoint(use, "p", 0); }},
+    {"inner position", &Row::innerPosition,
+     [](Json&, const Row&, Json&, Json& inner) { movePoint(inner, "p", 0); }},
+    {"mask", &Row::mask, [](Json&, const Row&, Json& use, Json&) { moveMasks(use); }},
+    {"width", &Row::width,
+     [](Json& document, const Row&, Json& use, Json&) { cut(document, use["refId"], "w"); }},
+    {"height", &Row::height,
+     [](Json& document, const Row&, Json& use, Json&) { cut(document, use["refId"], "h"); }},
+};
+
+// ---- Comparison --------------------------------------------------------------------------------------
+
+struct RealErrors : testing::TestWithParam<Row> {
+    void SetUp() override {
+        if (std::string(KESTRIN_REAL_FILES).empty()) {
+            GTEST_SKIP() << "the files are not here; configure with -DKESTRIN_REAL_FILES=FOLDER";
+        }
+    }
+};
+
+std::string cropped(const Row& row, const std::string& file) {
+    WorkplaceOptions options;
+    options.project = file;
+    options.plugin = KESTRIN_PLUGIN;
+    Workplace workplace(options);
+    SelectionOptions selection;
+    selection.comp = row.comp;
+    selection.layers = {"#" + std::to_string(row.layer)};
+    CropRequest request;
+    request.command = Command::Duration;
+    request.padding = padding;
+    try {
+        crop(workplace, workplace.open(selection), request);
+    } catch (const Stop& stop) {
+        EXPECT_EQ(stop.code, ExitCode::NothingToDo) << stop.what();
+        EXPECT_EQ(row.anchorX.unseen, empty);
+    }
+    return workplace.session().project().write();
+}
+
+TEST_P(RealErrors, OnePixelIsSeenWhereverItShows) {
+    const Row& row = GetParam();
+    const std::string file = std::string(KESTRIN_REAL_FILES) + "/" + row.file;
+    const Json good = Json::parse(cropped(row, file));
+    const auto read = [&](Json document) {
+        if (row.playedTo != 0) {
+            document["op"] = row.playedTo;
+        }
+        return model::Project::read(document.dump());
+    };
+    const auto before = read(Json::parse(model::Project::open(file)->write()));
+    const auto unspoiled = read(good);
+    for (const Error& error : errors) {
+        const Cell& cell = row.*error.cell;
+        const ComparisonRequest request{cell.unseen == nullptr ? std::optional(cell.frame) : std::nullopt, ""};
+        SCOPED_TRACE(error.name);
+        EXPECT_NE(compare(*before, *unspoiled, request).verdict(), Verdict::Shifted);
+        Json spoiled = good;
+        Json& use = layersOf(spoiled, row.comp).at(static_cast<std::size_t>(row.layer) - 1);
+        if (cell.unseen == noMask) {
+            EXPECT_TRUE(use.value("masksProperties", Json::array()).empty());
+            continue;
+        }
+        error.make(spoiled, row, use,
+                   layersOf(spoiled, use["refId"]).at(static_cast<std::size_t>(row.inner) - 1));
+        EXPECT_NE(spoiled, good);
+        EXPECT_EQ(compare(*before, *read(spoiled), request).verdict() == Verdict::Shifted,
+                  cell.unseen == nullptr)
+            << (cell.unseen == nullptr ? "not seen" : cell.unseen);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , RealErrors,
+    testing::Values(
+        // file, use, inner layer | anchor x and y, position, inner position, mask, width, height
+        Row{"lock.json", "", 3, 1, 130, 130, 130, 130, noMask, 140, 145},
+        Row{"morph-search.json", "", 3, 1, 85, 80, 85, 85, noMask, 86, 82},
+        Row{"starfish.json", "", 3, 1, 275, 262, 275, 275, noMask, 269, 56},
+        Row{"ripple.json", "", 1, 1, 0, 0, 0, 0, noMask, 0, 0},
+        Row{"animation.json", "", 3, 2, 2, 4, 2, 2, noMask, 11, 7}),
+    [](const auto& row) {
+        std::string name = row.param.file;
+        std::replace_if(
+            name.begin(), name.end(), [](char c) { return !std::isalnum(c); }, '_');
+        return name + std::to_string(row.index);
+    });
+
+}  // namespace
+
+}  // namespace kestrin_test
