@@ -72,6 +72,7 @@ Json comparisonJson(const Comparison& comparison) {
         compared.push_back(comparedJson(comp));
     }
     return {{"verdict", word(comparison.verdict())},
+            {"conclusion", conclusion(comparison)},
             {"changed", std::move(changed)},
             {"compared", std::move(compared)}};
 }

@@ -17,7 +17,7 @@ const char* conclusion(const Comparison& comparison);
 model::Json sizeJson(const std::optional<model::Size>& size);
 // What became of one composition: "verdict", "frames", "worst" and so on.
 model::Json comparedJson(const ComparedComp& comp);
-// The members "verdict", "changed" and "compared".
+// The members "verdict", "conclusion", "changed" and "compared".
 model::Json comparisonJson(const Comparison& comparison);
 // A whole document of this program, `kind` being the verb that made it: its first members, to be added to.
 model::Json documentJson(const char* kind, const std::string& before, const std::string& after);

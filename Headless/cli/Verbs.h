@@ -23,6 +23,7 @@ void addCompare(CLI::App& program, Action& action);
 void addMenu(CLI::App& program, Action& action);
 void addPanel(CLI::App& program, Action& action);
 void addPreferences(CLI::App& program, Action& action);
+void addReport(CLI::App& program, Action& action);
 
 // ---- What verbs have in common ----------------------------------------------------------------------
 

@@ -25,6 +25,7 @@ ExitCode run(int argc, char** argv) {
     addInfo(program, action);
     addRender(program, action);
     addCompare(program, action);
+    addReport(program, action);
     addPreferences(program, action);
     addMenu(program, action);
     addPanel(program, action);

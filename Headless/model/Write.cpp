@@ -5,6 +5,7 @@
 #include <iterator>
 #include <unordered_set>
 
+#include "model/Base64.h"
 #include "model/LayerJson.h"
 
 namespace headless::model {
@@ -21,22 +22,6 @@ LayerAsRead readBack(const Json& json) {
     LayerAsRead result;
     readLayer(json, "layer", result.data, result.masks, result.parent);
     return result;
-}
-
-std::string base64(const std::string& bytes) {
-    constexpr char digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    std::string text;
-    text.reserve((bytes.size() + 2) / 3 * 4);
-    for (std::size_t i = 0; i < bytes.size(); i += 3) {
-        std::uint32_t group = 0;
-        for (std::size_t k = 0; k < 3; ++k) {
-            group = group << 8 | (i + k < bytes.size() ? static_cast<unsigned char>(bytes[i + k]) : 0u);
-        }
-        for (std::size_t k = 0; k < 4; ++k) {
-            text += i + k > bytes.size() ? '=' : digits[group >> (18 - 6 * k) & 63];
-        }
-    }
-    return text;
 }
 
 // The object of a layer that the file does not have.

@@ -40,19 +40,40 @@ std::uint32_t multiplied(std::uint32_t pixel) {
     throw std::runtime_error(std::string("cannot ") + what + " " + file.string() + ": " + why);
 }
 
-}  // namespace
-
-void writePng(const std::filesystem::path& file, const Picture& picture) {
-    std::vector<std::uint32_t> words(picture.pixels.size());
-    std::transform(picture.pixels.begin(), picture.pixels.end(), words.begin(), divided);
-
-    std::filesystem::path unfinished = file;
-    unfinished += "." + std::to_string(::getpid()) + ".part";
+png_image headerOf(const Picture& picture) {
     png_image image{};
     image.version = PNG_IMAGE_VERSION;
     image.width = static_cast<png_uint_32>(picture.width);
     image.height = static_cast<png_uint_32>(picture.height);
     image.format = wordFormat;
+    return image;
+}
+
+std::vector<std::uint32_t> wordsOf(const Picture& picture) {
+    std::vector<std::uint32_t> words(picture.pixels.size());
+    std::transform(picture.pixels.begin(), picture.pixels.end(), words.begin(), divided);
+    return words;
+}
+
+}  // namespace
+
+std::string encodePng(const Picture& picture) {
+    const std::vector<std::uint32_t> words = wordsOf(picture);
+    png_image image = headerOf(picture);
+    png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(image);
+    std::string bytes(size, '\0');
+    if (png_image_write_to_memory(&image, bytes.data(), &size, 0, words.data(), 0, nullptr) == 0) {
+        throw std::runtime_error(std::string("cannot encode a picture: ") + image.message);
+    }
+    bytes.resize(size);
+    return bytes;
+}
+
+void writePng(const std::filesystem::path& file, const Picture& picture) {
+    const std::vector<std::uint32_t> words = wordsOf(picture);
+    std::filesystem::path unfinished = file;
+    unfinished += "." + std::to_string(::getpid()) + ".part";
+    png_image image = headerOf(picture);
     std::error_code error;
     if (png_image_write_to_file(&image, unfinished.c_str(), 0, words.data(), 0, nullptr) == 0) {
         std::filesystem::remove(unfinished, error);

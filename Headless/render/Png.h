@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 #include "render/Renderer.h"
 
@@ -10,6 +11,8 @@ namespace headless::render {
 
 // Writes the whole file or leaves the old one as it was. Throws std::runtime_error naming the file.
 void writePng(const std::filesystem::path& file, const Picture& picture);
+// The same bytes. Throws std::runtime_error.
+std::string encodePng(const Picture& picture);
 // Any PNG; a picture that writePng() wrote comes back equal. Throws std::runtime_error naming the file.
 Picture readPng(const std::filesystem::path& file);
 

@@ -1,0 +1,23 @@
+// What a crop did to a project, as one document: the comparison, and what a page about it has to say and show.
+
+#pragma once
+
+#include "cli/ComparisonJson.h"
+#include "session/CompPictures.h"
+
+namespace headless::cli {
+
+// A project that a report is made of.
+struct ReportedProject {
+    std::string file;  // as the person named it
+    const model::Project& project;
+    CompPictures pictures{project};
+};
+
+// Throws render::RenderError.
+model::Json reportOf(ReportedProject& before, ReportedProject& after);
+
+// Null where there is none.
+const model::Comp* compById(const model::Project& project, const std::string& assetId);
+
+}  // namespace headless::cli

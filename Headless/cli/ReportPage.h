@@ -1,0 +1,12 @@
+// The page that shows a report: one file that needs no other, with its pictures inside.
+
+#pragma once
+
+#include "cli/Report.h"
+
+namespace headless::cli {
+
+// `report` is what reportOf() made of the two projects. Throws render::RenderError.
+std::string reportPage(const model::Json& report, ReportedProject& before, ReportedProject& after);
+
+}  // namespace headless::cli

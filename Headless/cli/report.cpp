@@ -1,0 +1,60 @@
+// kestrin report: a page to look at, of what a crop did.
+
+#include <iostream>
+
+#include "cli/Output.h"
+#include "cli/ReportPage.h"
+#include "cli/Text.h"
+#include "cli/Verbs.h"
+
+namespace headless::cli {
+
+namespace {
+
+struct Options {
+    std::string before, after, output, images;
+    bool json = false;
+};
+
+ExitCode run(const Options& options) {
+    if (options.output.empty() && !options.json) {
+        throw Stop(ExitCode::BadInput, "say where the page goes with -o, or ask for its facts with --json");
+    }
+    if (!options.output.empty()) {
+        outputFile(options.output, options.before, false);
+        outputFile(options.output, options.after, false);
+    }
+    const auto first = openProject(options.before, options.images);
+    const auto second = openProject(options.after, options.images);
+    ReportedProject before{options.before, *first};
+    ReportedProject after{options.after, *second};
+    const model::Json report = reportOf(before, after);
+    if (!options.output.empty()) {
+        writeWhole(options.output, reportPage(report, before, after));
+    }
+    if (options.json) {
+        std::cout << jsonText(report) << '\n';
+    } else {
+        std::cout << report["conclusion"].get<std::string>() << "\nwrote " << printable(options.output) << '\n';
+    }
+    return report["verdict"] == word(Verdict::Shifted) ? ExitCode::Differs : ExitCode::Done;
+}
+
+}  // namespace
+
+void addReport(CLI::App& program, Action& action) {
+    auto options = std::make_shared<Options>();
+    CLI::App* verb = program.add_subcommand("report", "Make a page that shows what a crop did");
+    verb->add_option("BEFORE", options->before, "Lottie file")->required()->type_name("");
+    verb->add_option("AFTER", options->after, "The file made of it")->required()->type_name("");
+    verb->add_option("-o,--output", options->output, "Page to write, one file that needs no other")
+        ->type_name("HTML");
+    verb->add_flag("--json", options->json, "Print what the page says as one JSON document");
+    addImageFolder(*verb, options->images);
+    verb->footer(
+        "Exits with 0 when the pictures are equal but for thin rests along an edge, with 1 when they differ.\n"
+        "Example: kestrin report examples/lanterns.json cropped.json -o report.html");
+    verb->callback([&action, options] { action = [options] { return run(*options); }; });
+}
+
+}  // namespace headless::cli
