@@ -175,6 +175,8 @@ Json reportOf(ReportedProject& before, ReportedProject& after) {
     }
     Json document = documentJson("report", before.file, after.file);
     document.update(comparisonJson(comparison));
+    document["compositions"] = std::count_if(before.project.items.begin(), before.project.items.end(),
+                                             [](const model::ItemPtr& item) { return item->comp != nullptr; });
     document["area"] = areaJson(areaBefore, areaAfter);
     document["resized"] = std::move(resized);
     document["animation"] = animationJson(before, after, comparison);

@@ -53,7 +53,7 @@ void addWords(Json& area) {
     const double saved = area["saved"];
     area["beforeText"] = grouped(area["before"]);
     area["afterText"] = grouped(area["after"]);
-    area["savedText"] = shortNumber(std::abs(std::round(saved * 100))) + " % " + (saved < 0 ? "more" : "less");
+    area["savedText"] = shortNumber(std::round(saved * 1000) / 10) + " %";
 }
 
 Json otherChanges(const Json& changed) {
@@ -176,6 +176,7 @@ std::string reportPage(const Json& report, ReportedProject& before, ReportedProj
         addPictures(comp, before, after);
         comp["reduced"] = comp["factor"] > 1;
     }
+    shown["compositionsText"] = counted(shown["compositions"], "composition");
     shown["resizedCount"] = shown["resized"].size();
     shown["anyResized"] = !shown["resized"].empty();
     for (Json& comp : shown["compared"]) {

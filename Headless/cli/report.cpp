@@ -16,13 +16,22 @@ struct Options {
     bool json = false;
 };
 
+void requireOther(const std::string& page, const std::string& project) {
+    std::error_code error;
+    if (std::filesystem::equivalent(page, project, error)) {
+        throw Stop(ExitCode::BadInput,
+                   "the page " + printable(page) + " is one of the two projects; name another file");
+    }
+}
+
 ExitCode run(const Options& options) {
     if (options.output.empty() && !options.json) {
         throw Stop(ExitCode::BadInput, "say where the page goes with -o, or ask for its facts with --json");
     }
     if (!options.output.empty()) {
-        outputFile(options.output, options.before, false);
-        outputFile(options.output, options.after, false);
+        requireWritable(options.output);
+        requireOther(options.output, options.before);
+        requireOther(options.output, options.after);
     }
     const auto first = openProject(options.before, options.images);
     const auto second = openProject(options.after, options.images);

@@ -12,20 +12,41 @@
   // Kept, so that each is decoded once.
   const decoded = pictures.map((uri) => Object.assign(new Image(), { src: uri }));
 
-  function show(wanted) {
+  // Over black, as each picture would lie on the canvas.
+  function pixels(image, canvas) {
+    const context = canvas.getContext("2d", { willReadFrequently: true });
+    context.fillRect(0, 0, canvas.width, canvas.height);
+    context.drawImage(image, 0, 0);
+    return context.getImageData(0, 0, canvas.width, canvas.height);
+  }
+
+  function showDifference(before, after) {
+    const canvas = byId("difference");
+    canvas.width = before.naturalWidth;
+    canvas.height = before.naturalHeight;
+    const first = pixels(before, canvas);
+    const second = pixels(after, canvas);
+    first.data.forEach((level, i) => {
+      if (i % 4 !== 3) first.data[i] = 8 * Math.abs(level - second.data[i]);
+    });
+    canvas.getContext("2d").putImageData(first, 0, 0);
+  }
+
+  async function show(wanted) {
     const last = held.length - 1;
     const now = Math.min(Math.max(wanted, 0), last);
     place.value = now;
-    pairs[now].forEach((picture, side) => {
-      for (const where of ["scene", "over"]) {
-        const image = byId(`${where}-${["before", "after"][side]}`);
-        if (image) image.src = decoded[picture].src;
-      }
-    });
-    output.textContent = `Frame ${held[now]} of 0 to ${frames - 1}`;
+    const [before, after] = pairs[now].map((picture) => decoded[picture]);
+    byId("scene-before").src = before.src;
+    byId("scene-after").src = after.src;
+    output.textContent = `Frame ${held[now]}, of 0 to ${frames - 1}`;
     place.setAttribute("aria-valuetext", `frame ${held[now]}`);
     byId("previous").disabled = now === 0;
     byId("next").disabled = now === last;
+    if (byId("difference")) {
+      await Promise.all([before.decode(), after.decode()]);
+      if (Number(place.value) === now) showDifference(before, after);
+    }
   }
 
   function pause() {
@@ -70,6 +91,6 @@
     event.preventDefault();
   });
 
-  document.querySelectorAll(".controls").forEach((controls) => controls.hidden = false);
+  document.querySelectorAll("#player [hidden]").forEach((element) => element.hidden = false);
   show(now());
 })();
