@@ -14,22 +14,16 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <exception>
-#include <fstream>
 #include <new>
 #include <span>
 #include <string_view>
-#include <tuple>
 #include <utility>
 
-#if defined(__SANITIZE_ADDRESS__)
-#define KESTRIN_ADDRESS_SANITIZER 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define KESTRIN_ADDRESS_SANITIZER 1
-#endif
-#endif
+#include "render/Confine.h"
+#include "render/Sanitizer.h"
 
 namespace headless::render {
 namespace {
@@ -45,7 +39,12 @@ struct Request {
     std::uint64_t textLength = 0;  // of the document, which follows
 };
 
-enum class Reply : std::uint8_t { Done, Refused, OutOfMemory };
+enum class Reply : std::int32_t { Done, Refused, OutOfMemory, Forbidden };
+
+struct Answer {
+    Reply reply = Reply::Done;
+    std::int32_t systemCall = 0;  // the forbidden one
+};
 
 [[noreturn]] void failedCall(const char* what) {
     throw RenderError(std::string("no worker: ") + what + ": " + std::strerror(errno));
@@ -117,12 +116,8 @@ void limitWorker(std::uint64_t memoryBytes, pid_t parent) {
     ::prctl(PR_SET_DUMPABLE, 0);
     const rlimit noCore{0, 0};
     ::setrlimit(RLIMIT_CORE, &noCore);
-#ifdef KESTRIN_ADDRESS_SANITIZER
-    (void)memoryBytes;  // the sanitizer reserves far more than it uses
-#else
     const rlimit memory{memoryBytes, memoryBytes};
-    ::setrlimit(RLIMIT_AS, &memory);
-#endif
+    if (!underAddressSanitizer) ::setrlimit(RLIMIT_AS, &memory);
     for (int number = 1; number < NSIG; ++number) std::signal(number, SIG_DFL);
     std::signal(SIGINT, SIG_IGN);  // the parent decides what an interrupt ends
     sigset_t none;
@@ -130,24 +125,31 @@ void limitWorker(std::uint64_t memoryBytes, pid_t parent) {
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-// Leaves the worker nothing but its socket and the pixels, and returns their new numbers.
-std::pair<int, int> dropDescriptors(int socket, int pixels) {
+// The only descriptors of the worker, but for standard input and output, which lead nowhere.
+enum Descriptors { socketNumber = 3, pixelsNumber, statmNumber };
+
+void dropDescriptors(int socket, int pixels) {
     const int silence = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+    int statm = ::open("/proc/self/statm", O_RDONLY | O_CLOEXEC);
     // Out of the way of the numbers that are taken below.
     socket = ::fcntl(socket, F_DUPFD, 10);
     pixels = ::fcntl(pixels, F_DUPFD, 10);
-    if (silence < 0 || socket < 0 || pixels < 0) ::_exit(1);
+    statm = ::fcntl(statm, F_DUPFD, 10);
+    if (silence < 0 || socket < 0 || pixels < 0 || statm < 0) ::_exit(1);
     for (int standard = 0; standard <= 2; ++standard) ::dup2(silence, standard);
-    ::dup2(socket, 3);
-    ::dup2(pixels, 4);
-    ::close_range(5, ~0u, 0);
-    return {3, 4};
+    ::dup2(socket, socketNumber);
+    ::dup2(pixels, pixelsNumber);
+    ::dup2(statm, statmNumber);
+    ::close_range(statmNumber + 1, ~0u, 0);
 }
 
-int replySocket = -1;
+void answer(const Answer& answer) {
+    (void)::send(socketNumber, &answer, sizeof answer, MSG_NOSIGNAL);
+}
 
-void answer(Reply reply) {
-    (void)::send(replySocket, &reply, sizeof reply, MSG_NOSIGNAL);
+[[noreturn]] void explainRefusal(int systemCall) {
+    answer({Reply::Forbidden, systemCall});
+    ::_exit(1);
 }
 
 // The renderer's own threads throw, too.
@@ -155,7 +157,7 @@ void answer(Reply reply) {
     try {
         if (const auto reason = std::current_exception()) std::rethrow_exception(reason);
     } catch (const std::bad_alloc&) {
-        answer(Reply::OutOfMemory);
+        answer({Reply::OutOfMemory});
     } catch (...) {
         // the parent sees that it ended
     }
@@ -163,35 +165,50 @@ void answer(Reply reply) {
 }
 
 std::uint64_t residentBytes() {
-    std::ifstream file("/proc/self/statm");
-    std::uint64_t pages = 0;
-    std::uint64_t resident = 0;
-    file >> pages >> resident;
-    return resident * static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
+    char text[64] = {};
+    (void)!::pread(statmNumber, text, sizeof text - 1, 0);
+    char* second = text;
+    std::strtoull(text, &second, 10);
+    return std::strtoull(second, nullptr, 10) * static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
 }
 
 class Service {
  public:
-    Service(int pixels, std::uint64_t memoryBytes) : pixels_(pixels), memoryBytes_(memoryBytes) {}
+    explicit Service(std::uint64_t memoryBytes) : memoryBytes_(memoryBytes) {}
 
     void run() {
         rlottie::configureModelCacheSize(0);
+        warmUp();
+        confineWorker(explainRefusal);
         Request request;
-        while (receive(replySocket, &request, sizeof request)) {
+        while (receive(socketNumber, &request, sizeof request)) {
             Reply reply = Reply::OutOfMemory;
             try {
                 reply = request.kind == Request::Kind::Prepare ? prepare(request) : draw(request);
             } catch (const std::bad_alloc&) {
                 // answered as such
             }
-            answer(reply);
+            answer({reply});
         }
     }
 
  private:
+    // With its first picture the renderer starts its threads and loads a library for images.
+    static void warmUp() {
+        const std::string document =
+            R"({"v":"5.5.0","fr":1,"ip":0,"op":1,"w":1,"h":1,"assets":[{"id":"i","w":1,"h":1,"u":"","e":1,"p":)"
+            R"("data:image/png;base64,iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAAAAAA6fptVAAAACklEQVR42mP4)"
+            R"(DwABAQEAHLCMmQAAAABJRU5ErkJggg=="}],)"
+            R"("layers":[{"ddd":0,"ty":2,"refId":"i","ip":0,"op":1,"st":0,"ks":{}}]})";
+        std::uint32_t pixel = 0;
+        if (const auto animation = rlottie::Animation::loadFromData(document, "", "", false)) {
+            animation->renderSync(0, rlottie::Surface(&pixel, 1, 1, sizeof pixel), false);
+        }
+    }
+
     Reply prepare(const Request& request) {
         text_.assign(request.textLength, '\0');
-        if (!receive(replySocket, text_.data(), text_.size())) ::_exit(0);
+        if (!receive(socketNumber, text_.data(), text_.size())) ::_exit(0);
         load();
         return animation_ ? Reply::Done : Reply::Refused;
     }
@@ -213,7 +230,7 @@ class Service {
         return Reply::Done;
     }
 
-    Pixels pixels_;
+    Pixels pixels_{pixelsNumber};
     std::uint64_t memoryBytes_;
     std::string text_;
     std::unique_ptr<rlottie::Animation> animation_;
@@ -221,9 +238,9 @@ class Service {
 
 [[noreturn]] void serve(int socket, int pixels, std::uint64_t memoryBytes, pid_t parent) {
     limitWorker(memoryBytes, parent);
-    std::tie(replySocket, pixels) = dropDescriptors(socket, pixels);
+    dropDescriptors(socket, pixels);
     std::set_terminate(explainEnd);
-    [&]() noexcept { Service(pixels, memoryBytes).run(); }();
+    [&]() noexcept { Service(memoryBytes).run(); }();
     ::_exit(0);
 }
 
@@ -268,14 +285,18 @@ struct Renderer::Worker {
     // To the oldest request without one.
     Reply reply() {
         await(POLLIN, busySince + limits.frameTime);
-        Reply reply{};
+        Answer answer;
         ssize_t count = 0;
-        do count = ::recv(socket.get(), &reply, sizeof reply, 0);
+        do count = ::recv(socket.get(), &answer, sizeof answer, 0);
         while (count < 0 && errno == EINTR);
-        if (count != sizeof reply) explainDeath();
+        if (count != sizeof answer) explainDeath();
+        if (answer.reply == Reply::Forbidden) {
+            throw RenderError("the renderer tried something that it may not do (" +
+                              systemCallName(answer.systemCall) + ")");
+        }
         busySince = Time::now();
         --unanswered;
-        return reply;
+        return answer.reply;
     }
 
     std::span<std::uint32_t> room(std::size_t count) {

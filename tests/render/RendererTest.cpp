@@ -8,6 +8,7 @@
 
 #include "Drawing.h"
 #include "Workers.h"
+#include "render/Sanitizer.h"
 
 namespace headless::render {
 namespace {
@@ -74,8 +75,8 @@ TEST(Renderer, ALateWorkerIsReplaced) {
     EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "RRRR........");
 }
 
-#ifndef __SANITIZE_ADDRESS__  // which cannot live under a limit
 TEST(Renderer, AWorkerThatOutgrowsItsMemoryIsReplaced) {
+    if (underAddressSanitizer) GTEST_SKIP() << "the worker's memory is not limited";
     Renderer renderer({.memoryBytes = 400u << 20});
     EXPECT_NE(errorOf([&] {
                   renderer.prepare(heavy());
@@ -88,7 +89,6 @@ TEST(Renderer, AWorkerThatOutgrowsItsMemoryIsReplaced) {
     renderer.prepare(redBox());
     EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "RRRR........");
 }
-#endif
 
 TEST(Renderer, AWorkerThatDiesIsExplainedAndReplaced) {
     Renderer renderer;
@@ -96,6 +96,20 @@ TEST(Renderer, AWorkerThatDiesIsExplainedAndReplaced) {
     ASSERT_EQ(workers().size(), 1u);
     ::kill(workers().front(), SIGSEGV);
     EXPECT_EQ(errorOf([&] { draw(renderer, 0, 12, 2); }), "the renderer crashed (Segmentation fault)");
+    renderer.prepare(redBox());
+    EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "RRRR........");
+}
+
+TEST(Renderer, AWorkerThatReachesOutsideIsStoppedAndReplaced) {
+    if (underAddressSanitizer) GTEST_SKIP() << "the worker is not confined";
+    Renderer renderer;
+    // The renderer would read the picture from disk.
+    renderer.prepare(
+        R"({"v":"5.5.0","fr":30,"ip":0,"op":10,"w":12,"h":2,"assets":[{"id":"i","w":2,"h":2,"u":"/",)"
+        R"("p":"nowhere.png","e":0}],"layers":[{"ddd":0,"ty":2,"refId":"i","ip":0,"op":10,"st":0,)"
+        R"("ks":{}}]})");
+    EXPECT_EQ(errorOf([&] { draw(renderer, 0, 12, 2); }),
+              "the renderer tried something that it may not do (openat)");
     renderer.prepare(redBox());
     EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "RRRR........");
 }
