@@ -39,8 +39,8 @@ bool allowAll(scmp_filter_ctx filter) {
           SCMP_SYS(exit), SCMP_SYS(exit_group)}) {
         if (!allow(systemCall)) return false;
     }
-    const scmp_arg_cmp notExecutable = SCMP_A2(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0);
-    const scmp_arg_cmp itself = SCMP_A0(SCMP_CMP_EQ, static_cast<scmp_datum_t>(::getpid()));
+    const scmp_arg_cmp notExecutable{2, SCMP_CMP_MASKED_EQ, PROT_EXEC, 0};
+    const scmp_arg_cmp itself{0, SCMP_CMP_EQ, static_cast<scmp_datum_t>(::getpid()), 0};
     return allowIf(SCMP_SYS(mmap), notExecutable) && allowIf(SCMP_SYS(mprotect), notExecutable) &&
            allowIf(SCMP_SYS(tgkill), itself);
 }

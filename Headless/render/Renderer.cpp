@@ -177,6 +177,7 @@ class Service {
     explicit Service(std::uint64_t memoryBytes) : memoryBytes_(memoryBytes) {}
 
     void run() {
+        ::mallopt(M_ARENA_MAX, 1);  // with more, freeing memory reads a file of the system's
         rlottie::configureModelCacheSize(0);
         warmUp();
         confineWorker(explainRefusal);
