@@ -8,6 +8,7 @@
 #include "cli/ComparisonJson.h"
 #include "cli/Output.h"
 #include "cli/Text.h"
+#include "files/WholeFile.h"
 
 namespace headless::cli {
 

@@ -166,6 +166,7 @@ void setPreferences(model::Preferences& preferences, const CropRequest& request)
     if (request.deleteMask) {
         preferences.setBool(section, "DeleteMask", true);
     }
+    preferences.keepFromFile();  // they were asked for this once
 }
 
 bool CroppedComp::reachesOut() const {

@@ -1,9 +1,8 @@
-// Files that are written: whole or not at all.
+// Where results may go, found out before the work begins.
 
 #pragma once
 
 #include <filesystem>
-#include <string_view>
 
 namespace headless::cli {
 
@@ -13,8 +12,5 @@ std::filesystem::path outputFile(const std::filesystem::path& output, const std:
                                  bool inPlace);
 // Throws Stop when no file can be written there.
 void requireWritable(const std::filesystem::path& file);
-
-// Throws Stop; the old file is then as it was.
-void writeWhole(const std::filesystem::path& file, std::string_view content);
 
 }  // namespace headless::cli

@@ -7,6 +7,7 @@
 #include "cli/Find.h"
 #include "cli/Output.h"
 #include "cli/Text.h"
+#include "files/WholeFile.h"
 
 namespace headless::cli {
 

@@ -6,6 +6,7 @@
 #include "cli/Output.h"
 #include "cli/Progress.h"
 #include "cli/Text.h"
+#include "files/WholeFile.h"
 
 namespace headless::cli {
 

@@ -6,6 +6,7 @@
 #include "cli/ReportPage.h"
 #include "cli/Text.h"
 #include "cli/Verbs.h"
+#include "files/WholeFile.h"
 
 namespace headless::cli {
 

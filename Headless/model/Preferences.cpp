@@ -10,14 +10,9 @@
 
 #include "model/Preferences.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cctype>
-#include <cerrno>
 #include <cmath>
-#include <cstring>
 #include <fstream>
 #include <limits>
 #include <locale>
@@ -25,6 +20,8 @@
 #include <stdexcept>
 #include <string_view>
 #include <utility>
+
+#include "files/WholeFile.h"
 
 namespace headless::model {
 namespace {
@@ -191,25 +188,10 @@ std::int32_t toLong(double value) {
         std::clamp(std::trunc(value), double{Limits::min()}, double{Limits::max()}));
 }
 
-[[noreturn]] void failToWrite(const std::filesystem::path& file) {
-    throw std::runtime_error("cannot write preferences to " + file.string() + ": " + std::strerror(errno));
-}
-
-bool writeAll(int descriptor, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = ::write(descriptor, text.data(), text.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) return false;
-        text.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
 }  // namespace
 
 Preferences Preferences::load(const std::filesystem::path& file) {
-    Preferences result;
-    if (!std::filesystem::exists(file)) return result;
+    if (!std::filesystem::exists(file)) return {};
     if (!std::filesystem::is_regular_file(file)) {
         throw std::runtime_error("cannot read preferences from " + file.string() +
                                  ": this is no ordinary file");
@@ -220,7 +202,12 @@ Preferences Preferences::load(const std::filesystem::path& file) {
         throw std::runtime_error("cannot read preferences from " + file.string());
     }
 
-    Reader reader(std::move(text).str(), file.string());
+    return parse(std::move(text).str(), file.string());
+}
+
+Preferences Preferences::parse(std::string text, const std::string& file) {
+    Preferences result;
+    Reader reader(std::move(text), file);
     result.header_.clear();
     std::map<std::string, std::string>* section = nullptr;
     while (!reader.atEnd()) {
@@ -244,26 +231,27 @@ Preferences Preferences::load(const std::filesystem::path& file) {
     return result;
 }
 
-void Preferences::save(const std::filesystem::path& file) const {
+std::string Preferences::text() const {
     std::string text = header_;
     for (const auto& [name, entries] : sections_) {
         text += "\n[" + onOneLine(name) + "]\n";
         for (const auto& [key, value] : entries) text += entryLine(key, value);
     }
+    return text;
+}
 
-    std::string temporary = file.string() + ".XXXXXX";
-    const int descriptor = ::mkstemp(temporary.data());
-    if (descriptor < 0) failToWrite(file);
-    const bool written = writeAll(descriptor, text) && ::fsync(descriptor) == 0;
-    const int writeError = errno;
-    const bool closed = ::close(descriptor) == 0;
-    if (!written) errno = writeError;
-    if (!written || !closed || ::rename(temporary.c_str(), file.c_str()) != 0) {
-        const int reason = errno;
-        ::unlink(temporary.c_str());
-        errno = reason;
-        failToWrite(file);
+void Preferences::save(const std::filesystem::path& file) {
+    const FileLock lock(file);
+    Preferences stored = load(file);
+    for (const auto& [section, key] : changed_) {
+        if (const std::string* value = find(section, key)) {
+            stored.setString(section, key, *value);
+        } else {
+            stored.remove(section, key);
+        }
     }
+    writeWhole(file, stored.text());
+    changed_.clear();
 }
 
 const std::string* Preferences::find(const std::string& section, const std::string& key) const {
@@ -278,6 +266,7 @@ bool Preferences::has(const std::string& section, const std::string& key) const 
 }
 
 void Preferences::remove(const std::string& section, const std::string& key) {
+    changed_.emplace(section, key);
     const auto entries = sections_.find(section);
     if (entries == sections_.end()) return;
     entries->second.erase(key);
@@ -337,6 +326,7 @@ void Preferences::setBool(const std::string& section, const std::string& key, bo
 
 void Preferences::setString(const std::string& section, const std::string& key, const std::string& value) {
     sections_[section][key] = value;
+    changed_.emplace(section, key);
 }
 
 void Preferences::setData(const std::string& section, const std::string& key,

@@ -10,8 +10,10 @@
 #include <filesystem>
 #include <map>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace headless::model {
@@ -23,8 +25,16 @@ class Preferences {
     // Reads the host's text form. A missing file is an empty store. Throws std::runtime_error naming the file
     // and line where the text is not of that form.
     static Preferences load(const std::filesystem::path& file);
-    // Writes the whole file or leaves the old one as it was. Throws std::runtime_error naming the file.
-    void save(const std::filesystem::path& file) const;
+    // The same from the text of a file of that name.
+    static Preferences parse(std::string text, const std::string& file);
+    std::string text() const;
+
+    // Brings what has been set and removed here since then into the file, whose other entries stay as they are
+    // now: of two programs with one file neither loses what it has saved. Throws std::runtime_error naming the
+    // file, which is then as it was.
+    void save(const std::filesystem::path& file);
+    // What has been set so far holds here but is not for the file.
+    void keepFromFile() { changed_.clear(); }
 
     bool has(const std::string& section, const std::string& key) const;
     void remove(const std::string& section, const std::string& key);  // absent: nothing happens
@@ -48,13 +58,15 @@ class Preferences {
     void setString(const std::string& section, const std::string& key, const std::string& value);
     void setData(const std::string& section, const std::string& key, std::span<const std::uint8_t> bytes);
 
-    bool operator==(const Preferences&) const = default;
+    bool operator==(const Preferences& other) const { return sections_ == other.sections_; }
 
  private:
     const std::string* find(const std::string& section, const std::string& key) const;
 
     std::string header_ = "# Kestrin headless host preferences\n";  // the comment lines above the first section
     std::map<std::string, std::map<std::string, std::string>> sections_;
+    std::set<std::pair<std::string, std::string>>
+        changed_;  // section and key, since the file was read or saved
 };
 
 }  // namespace headless::model

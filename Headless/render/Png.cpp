@@ -1,11 +1,12 @@
 #include "render/Png.h"
 
 #include <png.h>
-#include <unistd.h>
 
 #include <algorithm>
+#include <memory>
 #include <string>
-#include <system_error>
+
+#include "files/WholeFile.h"
 
 namespace headless::render {
 namespace {
@@ -40,51 +41,26 @@ std::uint32_t multiplied(std::uint32_t pixel) {
     throw std::runtime_error(std::string("cannot ") + what + " " + file.string() + ": " + why);
 }
 
-png_image headerOf(const Picture& picture) {
+}  // namespace
+
+std::string encodePng(const Picture& picture) {
+    std::vector<std::uint32_t> words(picture.pixels.size());
+    std::transform(picture.pixels.begin(), picture.pixels.end(), words.begin(), divided);
     png_image image{};
     image.version = PNG_IMAGE_VERSION;
     image.width = static_cast<png_uint_32>(picture.width);
     image.height = static_cast<png_uint_32>(picture.height);
     image.format = wordFormat;
-    return image;
-}
-
-std::vector<std::uint32_t> wordsOf(const Picture& picture) {
-    std::vector<std::uint32_t> words(picture.pixels.size());
-    std::transform(picture.pixels.begin(), picture.pixels.end(), words.begin(), divided);
-    return words;
-}
-
-}  // namespace
-
-std::string encodePng(const Picture& picture) {
-    const std::vector<std::uint32_t> words = wordsOf(picture);
-    png_image image = headerOf(picture);
     png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(image);
-    std::string bytes(size, '\0');
-    if (png_image_write_to_memory(&image, bytes.data(), &size, 0, words.data(), 0, nullptr) == 0) {
+    const std::unique_ptr<char[]> bytes(new char[size]);  // not touched beyond what is needed
+    if (png_image_write_to_memory(&image, bytes.get(), &size, 0, words.data(), 0, nullptr) == 0) {
         throw std::runtime_error(std::string("cannot encode a picture: ") + image.message);
     }
-    bytes.resize(size);
-    return bytes;
+    return {bytes.get(), size};
 }
 
 void writePng(const std::filesystem::path& file, const Picture& picture) {
-    const std::vector<std::uint32_t> words = wordsOf(picture);
-    std::filesystem::path unfinished = file;
-    unfinished += "." + std::to_string(::getpid()) + ".part";
-    png_image image = headerOf(picture);
-    std::error_code error;
-    if (png_image_write_to_file(&image, unfinished.c_str(), 0, words.data(), 0, nullptr) == 0) {
-        std::filesystem::remove(unfinished, error);
-        fail("write", file, image.message);
-    }
-    std::filesystem::rename(unfinished, file, error);
-    if (error) {
-        const std::string why = error.message();
-        std::filesystem::remove(unfinished, error);
-        fail("write", file, why);
-    }
+    writeWhole(file, encodePng(picture));
 }
 
 Picture readPng(const std::filesystem::path& file) {

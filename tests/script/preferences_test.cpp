@@ -111,13 +111,30 @@ TEST_F(PreferencesTest, ReadsWhatOthersWrote) {
         "# Header 1\r\n# Header 2\r\n\r\n[\"S\"]\r\n\t\"a\"=\"1\"\r\n# between\r\n\t\"b\" = "
         "00\"A\"ff\\\r\n\t\t\"z\"\r\n"
         "\t\"last\" = \"x\"");
-    const Preferences store = Preferences::load(file);
+    Preferences store = Preferences::load(file);
     EXPECT_EQ(store.getLong("S", "a"), 1);
     EXPECT_EQ(store.getString("S", "b"), std::string("\0A\xFFz", 4));
     EXPECT_EQ(store.getString("S", "last"), "x");
     store.save(file);
     EXPECT_TRUE(read().starts_with("# Header 1\r\n# Header 2\r\n"));
     EXPECT_EQ(Preferences::load(folder / "missing"), Preferences());
+}
+
+TEST_F(PreferencesTest, OnlyWhatWasChangedIsSaved) {
+    write("[\"S\"]\n\"a\" = \"1\"\n\"b\" = \"1\"\n");
+    Preferences store = Preferences::load(file);
+    store.setLong("S", "a", 5);
+    store.keepFromFile();
+    store.remove("S", "b");
+    store.setLong("S", "c", 7);
+    write("# new\n[\"S\"]\n\"a\" = \"2\"\n\"b\" = \"2\"\n\"d\" = \"2\"\n");
+    store.save(file);
+    EXPECT_EQ(read(), "# new\n\n[\"S\"]\n\t\"a\" = \"2\"\n\t\"c\" = \"7\"\n\t\"d\" = \"2\"\n");
+    EXPECT_EQ(store.getLong("S", "a"), 5);
+    write("not of that form");
+    store.setLong("S", "c", 8);
+    EXPECT_THROW(store.save(file), std::runtime_error);
+    EXPECT_EQ(read(), "not of that form");
 }
 
 TEST_F(PreferencesTest, MalformedTextIsNamedByLine) {
