@@ -22,6 +22,10 @@ constexpr AEGP_PluginID pluginId = 0x4B53;
 constexpr std::uint64_t shiftKey = 1ull << 17;
 constexpr std::uint64_t commandKey = 1ull << 20;
 
+std::string nameAndNumber(const char* suite, std::int32_t number) {
+    return " " + std::string(suite) + " " + std::to_string(number);
+}
+
 // Command numbers differ from run to run, as the host's do, and are never 0 or 1.
 AEGP_Command firstCommand() {
     return 1000 + static_cast<AEGP_Command>(std::random_device{}() % 8000);
@@ -112,6 +116,10 @@ A_Err Session::callHook(const char* what, const std::function<A_Err()>& hook) {
     }
     if (--hookDepth_ > 0) {
         return error;
+    }
+    if (const char* name = calledFromOtherThread_.exchange(nullptr)) {
+        addMessage(
+            {Message::Kind::Error, name, "called from another thread than the main one; it was refused"});
     }
     model::History& history = project_->history;
     if (history.depth() > 0) {
@@ -281,16 +289,24 @@ bool Session::isSelectedInProject(const model::Item& item) const {
 
 // ---- The gate -------------------------------------------------------------------------------------------
 
-A_Err Session::enterCall(const char* name) noexcept {
+A_Err Session::recordCall(const char* name, const std::string& what) noexcept {
     if (std::this_thread::get_id() != mainThread_) {
-        return A_Err_WRONG_THREAD;  // touching anything here would be a race
+        calledFromOtherThread_ = name;  // touching anything else here would be a race
+        return A_Err_WRONG_THREAD;
     }
-    ++calls_.total;
     ++calls_.counts.try_emplace(name).first->second;
-    calls_.last.emplace_back(name);
+    calls_.last.emplace_back(name + what);
     if (calls_.last.size() > callsRemembered) {
         calls_.last.pop_front();
     }
+    return A_Err_NONE;
+}
+
+A_Err Session::enterCall(const char* name) noexcept {
+    if (const A_Err refused = recordCall(name)) {
+        return refused;
+    }
+    ++calls_.total;
     if (fault_ && calls_.total == fault_->call) {
         return failedCall(name, fault_->code, "this call was made to fail");
     }
@@ -304,6 +320,9 @@ A_Err Session::failedCall(const char* name, A_Err code, const std::string& text)
 }
 
 SPErr Session::acquireSuite(const char* name, std::int32_t number, const void** suite) {
+    if (const A_Err refused = recordCall("AcquireSuite", nameAndNumber(name, number))) {
+        return refused;
+    }
     *suite = nullptr;
     if (withheld_.contains({name, number})) {
         return A_Err_MISSING_SUITE;
@@ -317,17 +336,20 @@ SPErr Session::acquireSuite(const char* name, std::int32_t number, const void** 
 }
 
 SPErr Session::releaseSuite(const char* name, std::int32_t number) {
+    if (const A_Err refused = recordCall("ReleaseSuite", nameAndNumber(name, number))) {
+        return refused;
+    }
     const auto found = acquired_.find({name, number});
     if (found == acquired_.end() || found->second == 0) {
-        addMessage({Message::Kind::Error, name, "the suite was released more often than acquired"});
-        return A_Err_PARAMETER;
+        return failedCall("ReleaseSuite", A_Err_PARAMETER,
+                          "released more often than acquired:" + nameAndNumber(name, number));
     }
     --found->second;
     return A_Err_NONE;
 }
 
 HeldThings Session::held() const {
-    return {masks.live(),       streams.live(), valuesHeld,      outlines.live(),
+    return {masks.live(),       streams.live(), values.live(),   outlines.live(),
             collections.live(), options.live(), receipts.live(), memory.live()};
 }
 
@@ -335,14 +357,14 @@ std::vector<std::string> Session::stillOpen() const {
     std::vector<std::string> lines;
     masks.describe(lines);
     streams.describe(lines);
-    outlines.describe(lines);
+    values.describe(lines);
     collections.describe(lines);
     options.describe(lines);
     receipts.describe(lines);
     memory.describe(lines);
     for (const auto& [suite, count] : acquired_) {
         if (count > 0) {
-            lines.push_back("suite " + suite.first + " " + std::to_string(suite.second) + ", acquired " +
+            lines.push_back("suite" + nameAndNumber(suite.first.c_str(), suite.second) + ", acquired " +
                             std::to_string(count) + " times too often");
         }
     }
@@ -514,6 +536,7 @@ void Session::showProgress(int percent) {
 void Session::endUndoGroup() {
     if (!project_->history.end()) {
         ++undoMismatches_;
+        calls_.last.back() += " (no undo group was open)";
     }
 }
 

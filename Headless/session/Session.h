@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <atomic>
 #include <deque>
 #include <functional>
 #include <map>
@@ -31,9 +32,9 @@ struct Message {
     std::string text;
 };
 
-// Every call that came in through the gate.
+// Every call that came in.
 struct CallRecord {
-    std::uint64_t total = 0;
+    std::uint64_t total = 0;                                   // through the gate: without suites come and gone
     std::map<std::string, std::uint64_t, std::less<>> counts;  // by function
     std::deque<std::string> last;                              // the newest, each with its answer unless 0
 };
@@ -113,6 +114,9 @@ class Session final : private script::ScriptHost {
     void failNoCall() { fault_.reset(); }
     // A suite that this host does not have, by name and number.
     void withholdSuite(const std::string& name, std::int32_t number) { withheld_.emplace(name, number); }
+    // Stands between the plug-in and its scripts: gives the answer, nothing for one that has no text, or throws
+    // script::ScriptError. `run` lets the script run.
+    std::function<std::optional<std::string>(const std::function<std::string()>& run)> answerScript;
     // Called after each frame that the plug-in has had rendered, with the percentage last shown.
     std::function<void(int)> onProgress;
     // Called whenever the plug-in is about to look at the keys.
@@ -123,6 +127,8 @@ class Session final : private script::ScriptHost {
     void savePreferences() override;  // to the file of the options, if there is one
 
     // ---- For the suites ------------------------------------------------------------------------------
+    // Records a call, `what` it is about included: 0, or the code that refuses it.
+    A_Err recordCall(const char* name, const std::string& what = {}) noexcept;
     // Start of a gated call: 0, or the code that it must answer with at once.
     A_Err enterCall(const char* name) noexcept;
     // End of a gated call that could not be done: records it and returns the code.
@@ -183,6 +189,9 @@ class Session final : private script::ScriptHost {
         std::vector<std::uint8_t> bytes;
         int locks = 0;
     };
+    struct Value {
+        std::uintptr_t outline = 0;  // that hangs on it; 0 for none
+    };
 
     HandleTable<MaskRef> masks{HandleKind::Mask};
     HandleTable<StreamRef> streams{HandleKind::Stream};
@@ -192,7 +201,7 @@ class Session final : private script::ScriptHost {
     HandleTable<Receipt> receipts{HandleKind::Receipt};
     HandleTable<render::World> worlds{HandleKind::World};
     HandleTable<Memory> memory{HandleKind::Memory};
-    int valuesHeld = 0;
+    HandleTable<Value> values{HandleKind::Value};
     int freedWhileLocked = 0;
 
     AEGP_MemHandle newMemory(const void* bytes, std::size_t size, const char* madeBy);
@@ -208,7 +217,8 @@ class Session final : private script::ScriptHost {
 
     void beginUndoGroup(const std::string& name) { project_->history.begin(name); }
     void endUndoGroup();
-    std::string runScript(const std::string& text);  // throws script::ScriptError
+    // Nothing where there is no answer, not even an empty one. Throws script::ScriptError.
+    std::optional<std::string> runScript(const std::string& text);
     void addMessage(Message message) { messages_.push_back(std::move(message)); }
 
     std::uint64_t keys();
@@ -262,6 +272,7 @@ class Session final : private script::ScriptHost {
     std::vector<MenuEntry> menu_;
     int hookDepth_ = 0;
     int undoMismatches_ = 0;
+    std::atomic<const char*> calledFromOtherThread_ = nullptr;
 
     std::map<std::pair<std::string, std::int32_t>, int> acquired_;
     std::set<std::pair<std::string, std::int32_t>> withheld_;

@@ -37,9 +37,10 @@ model::Layer& existing(model::Layer* layer) {
 
 }  // namespace
 
-std::string Session::runScript(const std::string& text) {
+std::optional<std::string> Session::runScript(const std::string& text) {
     scriptsRun_.push_back(text);
-    return engine_->run(text);
+    const auto run = [&] { return engine_->run(text); };
+    return answerScript ? answerScript(run) : run();
 }
 
 int Session::itemCount() {

@@ -5,6 +5,7 @@
 
 #pragma once
 
+#include <cmath>
 #include <new>
 
 #include "model/Edit.h"
@@ -29,6 +30,8 @@ A_Err gate(const char* name, Body&& body) noexcept {
         return session.failedCall(name, A_Err_ALLOC, "there is not enough memory");
     } catch (const std::exception& error) {
         return session.failedCall(name, A_Err_GENERIC, error.what());
+    } catch (...) {  // a command's hook may let out anything
+        return session.failedCall(name, A_Err_GENERIC, "an exception came out of it");
     }
 }
 
@@ -50,6 +53,15 @@ Handle& needHandle(Handle* pointer) {
 template <class Handle>
 std::uintptr_t bits(Handle handle) {
     return reinterpret_cast<std::uintptr_t>(handle);
+}
+
+// Numbers that the file can hold and that can be read again.
+inline double needNumber(double number) {
+    constexpr double largest = 1e12;
+    if (!(std::abs(number) <= largest)) {
+        throw HostError{A_Err_PARAMETER, "the number " + std::to_string(number) + " is out of range"};
+    }
+    return number;
 }
 
 inline void requireIndex(A_long index, std::size_t count, const char* what) {

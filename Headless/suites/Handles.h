@@ -34,12 +34,25 @@ enum class HandleKind : std::uint8_t {
     Receipt,
     Memory,
     Blob,
+    Value,
 };
 
 constexpr const char* nameOf(HandleKind kind) {
-    constexpr const char* names[] = {
-        "",        "project",    "item",  "composition",    "layer",   "mask",          "stream",
-        "outline", "collection", "world", "render options", "receipt", "memory handle", "preferences"};
+    constexpr const char* names[] = {"",
+                                     "project",
+                                     "item",
+                                     "composition",
+                                     "layer",
+                                     "mask",
+                                     "stream",
+                                     "outline",
+                                     "collection",
+                                     "world",
+                                     "render options",
+                                     "receipt",
+                                     "memory handle",
+                                     "preferences",
+                                     "stream value"};
     return names[static_cast<std::size_t>(kind)];
 }
 
@@ -81,8 +94,9 @@ class HandleTable {
     void remove(std::uintptr_t handle) {
         Slot& slot = slotAt(handle);
         slot.thing.reset();
-        ++slot.generation;
-        free_.push_back(static_cast<std::uint32_t>(&slot - slots_.data()));
+        if (++slot.generation != 0) {  // else an old handle would become good again
+            free_.push_back(static_cast<std::uint32_t>(&slot - slots_.data()));
+        }
         --live_;
     }
 

@@ -45,10 +45,13 @@ SPErr release(const char* name, std::int32_t number) {
 }
 
 SPBoolean isEqual(const char* a, const char* b) {
-    return std::strcmp(a, b) == 0 ? 1 : 0;
+    return a == b || (a != nullptr && b != nullptr && std::strcmp(a, b) == 0) ? 1 : 0;
 }
 
 SPErr allocate(std::size_t size, void** block) {
+    if (block == nullptr) {
+        return A_Err_PARAMETER;
+    }
     *block = std::malloc(size);
     return *block == nullptr ? SPErr{A_Err_ALLOC} : SPErr{A_Err_NONE};
 }
@@ -59,6 +62,9 @@ SPErr freeBlock(void* block) {
 }
 
 SPErr reallocate(void* block, std::size_t size, void** newBlock) {
+    if (newBlock == nullptr) {
+        return A_Err_PARAMETER;
+    }
     *newBlock = std::realloc(block, size);
     return *newBlock == nullptr ? SPErr{A_Err_ALLOC} : SPErr{A_Err_NONE};
 }

@@ -13,8 +13,8 @@ Collection& thingsOf(Session& session, AEGP_Collection2H collection) {
 
 A_Err newCollection(AEGP_PluginID, AEGP_Collection2H* collection) noexcept {
     return gate("AEGP_NewCollection", [&](Session& session) {
-        needHandle(collection) =
-            reinterpret_cast<AEGP_Collection2H>(session.collections.add({}, "AEGP_NewCollection"));
+        needHandle(collection);
+        *collection = reinterpret_cast<AEGP_Collection2H>(session.collections.add({}, "AEGP_NewCollection"));
     });
 }
 

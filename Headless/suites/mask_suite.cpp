@@ -85,6 +85,10 @@ A_Err setMaskOutlineVertexInfo(AEGP_MaskOutlineValH outline, AEGP_VertexIndex in
                                const AEGP_MaskVertex* vertex) noexcept {
     return gate("AEGP_SetMaskOutlineVertexInfo", [&](Session& session) {
         const AEGP_MaskVertex& from = need(vertex);
+        for (const double number :
+             {from.x, from.y, from.tan_in_x, from.tan_in_y, from.tan_out_x, from.tan_out_y}) {
+            needNumber(number);
+        }
         vertexAt(session, outline, index) = {
             {from.x, from.y, 0}, {from.tan_in_x, from.tan_in_y, 0}, {from.tan_out_x, from.tan_out_y, 0}};
     });

@@ -63,30 +63,47 @@ double remapOffset(Session& session, const Resolved& stream) {
     return stream.layer.source->comp->firstFrame / session.project().frameRate();
 }
 
+// A value's own handle lies behind the numbers that it may have, so that it is known wherever it is copied to.
+constexpr std::size_t handlePlace = sizeof(AEGP_ThreeDVal);
+static_assert(handlePlace + sizeof(std::uintptr_t) <= sizeof(AEGP_StreamVal2));
+
+std::uintptr_t handleIn(const AEGP_StreamValue2& value) {
+    std::uintptr_t handle = 0;
+    std::memcpy(&handle, reinterpret_cast<const char*>(&value.val) + handlePlace, sizeof handle);
+    return handle;
+}
+
+void putHandle(Session& session, AEGP_StreamRefH streamH, AEGP_StreamValue2& value, std::uintptr_t outline,
+               const char* madeBy) {
+    value.streamH = streamH;
+    const std::uintptr_t handle = session.values.add({outline}, madeBy);
+    std::memcpy(reinterpret_cast<char*>(&value.val) + handlePlace, &handle, sizeof handle);
+}
+
 void give(Session& session, AEGP_StreamRefH streamH, AEGP_StreamValue2& value, const model::MaskPath& path,
           const char* madeBy) {
     value = {};
-    value.streamH = streamH;
-    value.val.mask = reinterpret_cast<AEGP_MaskOutlineValH>(session.outlines.add(path, madeBy));
-    ++session.valuesHeld;
+    const std::uintptr_t outline = session.outlines.add(path, madeBy);
+    value.val.mask = reinterpret_cast<AEGP_MaskOutlineValH>(outline);
+    putHandle(session, streamH, value, outline, madeBy);
 }
 
-void give(Session& session, AEGP_StreamRefH streamH, AEGP_StreamValue2& value, const model::Vec3& point) {
+void give(Session& session, AEGP_StreamRefH streamH, AEGP_StreamValue2& value, const model::Vec3& point,
+          const char* madeBy) {
     value = {};
-    value.streamH = streamH;
     value.val.three_d = {point.x, point.y, point.z};
-    ++session.valuesHeld;
+    putHandle(session, streamH, value, 0, madeBy);
 }
 
-void give(Session& session, AEGP_StreamRefH streamH, AEGP_StreamValue2& value, double number) {
+void give(Session& session, AEGP_StreamRefH streamH, AEGP_StreamValue2& value, double number,
+          const char* madeBy) {
     value = {};
-    value.streamH = streamH;
     value.val.one_d = number;
-    ++session.valuesHeld;
+    putHandle(session, streamH, value, 0, madeBy);
 }
 
 model::Vec3 pointIn(const AEGP_StreamValue2& value) {
-    return {value.val.three_d.x, value.val.three_d.y, value.val.three_d.z};
+    return {needNumber(value.val.three_d.x), needNumber(value.val.three_d.y), needNumber(value.val.three_d.z)};
 }
 
 // ---- Streams --------------------------------------------------------------------------------------------
@@ -136,9 +153,10 @@ A_Err getNewStreamValue(AEGP_PluginID, AEGP_StreamRefH stream, AEGP_LTimeMode mo
         if (what.mask) {
             give(session, stream, out, what.mask->path.at(frame), "AEGP_GetNewStreamValue");
         } else if (what.isPoint()) {
-            give(session, stream, out, what.point().at(frame));
+            give(session, stream, out, what.point().at(frame), "AEGP_GetNewStreamValue");
         } else {
-            give(session, stream, out, what.scalar().at(frame) - remapOffset(session, what));
+            give(session, stream, out, what.scalar().at(frame) - remapOffset(session, what),
+                 "AEGP_GetNewStreamValue");
         }
     });
 }
@@ -149,11 +167,11 @@ A_Err disposeStreamValue(AEGP_StreamValue2* value) noexcept {
         if (what.streamH == nullptr) {
             return;  // of zeroes: nothing hangs on it
         }
-        // The value may outlive its stream, so its own contents decide.
-        if ((bits(what.val.mask) >> 56) == (handleMark >> 56)) {
-            session.outlines.remove(bits(what.val.mask));
+        const std::uintptr_t handle = handleIn(what);
+        if (const std::uintptr_t outline = session.values.at(handle).outline) {
+            session.outlines.remove(outline);
         }
-        --session.valuesHeld;
+        session.values.remove(handle);
         what = {};
     });
 }
@@ -189,7 +207,7 @@ A_Err setStreamValue(AEGP_PluginID, AEGP_StreamRefH stream, AEGP_StreamValue2* v
         } else {
             model::ScalarStream changed = what.scalar();
             requireStatic(changed.keys.empty());
-            changed.value = from.val.one_d + remapOffset(session, what);
+            changed.value = needNumber(from.val.one_d) + remapOffset(session, what);
             model::setLayerField(session.project(), what.layer, Resolved::scalarOf(what.which), changed);
         }
     });
@@ -238,9 +256,10 @@ A_Err getNewKeyframeValue(AEGP_PluginID, AEGP_StreamRefH stream, AEGP_KeyframeIn
         if (what.mask) {
             give(session, stream, out, what.mask->path.keys[i].value, "AEGP_GetNewKeyframeValue");
         } else if (what.isPoint()) {
-            give(session, stream, out, what.point().keys[i].value);
+            give(session, stream, out, what.point().keys[i].value, "AEGP_GetNewKeyframeValue");
         } else {
-            give(session, stream, out, what.scalar().keys[i].value - remapOffset(session, what));
+            give(session, stream, out, what.scalar().keys[i].value - remapOffset(session, what),
+                 "AEGP_GetNewKeyframeValue");
         }
     });
 }

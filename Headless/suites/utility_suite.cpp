@@ -36,7 +36,9 @@ A_Err executeScript(AEGP_PluginID, const A_char* text, A_Boolean, AEGP_MemHandle
             }
         };
         try {
-            give(result, session.runScript(&need(text)));
+            if (const auto answer = session.runScript(&need(text))) {
+                give(result, *answer);
+            }
             give(errorText, "");
         } catch (const script::ScriptError& error) {
             const std::string message = "line " + std::to_string(error.line) + ": " + error.what();

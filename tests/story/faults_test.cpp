@@ -1,4 +1,9 @@
-// What can go wrong does: each host call in turn, each suite in turn. The project stays as it was opened.
+// What can go wrong does: each host call in turn, each suite, each script. The project stays as it was opened.
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
 
 #include "AEGP_Suites.h"
 #include "support/Story.h"
@@ -30,14 +35,45 @@ struct Fails : Story {
         preferences().setBool(section, "IncludeMasks", true);
         preferences().setBool(section, "DeleteMask", true);
     }
+    void expectUndoAndRedo() {
+        const std::string result = project().write();
+        while (project().history.undo()) {
+        }
+        EXPECT_EQ(project().write(), opened);
+        while (project().history.redo()) {
+        }
+        EXPECT_EQ(project().write(), result);
+    }
+    // After a call that failed, or after the last script where none did, things are given back and nothing else
+    // happens.
+    void expectOnlyReleasesAfterTheFailure() {
+        constexpr const char* harmless[] = {"AcquireSuite",      "ReleaseSuite",         "AEGP_Dispose",
+                                            "AEGP_CheckinFrame", "AEGP_UnlockMemHandle", "AEGP_FreeMemHandle",
+                                            "CloseProgress"};
+        const auto& calls = session->calls().last;
+        auto failure = std::find_if(calls.begin(), calls.end(), [](const std::string& line) {
+            return line.find(" -> ") != std::string::npos;
+        });
+        if (failure == calls.end()) {
+            failure = std::find(calls.rbegin(), calls.rend(), "AEGP_ExecuteScript").base() - 1;
+        }
+        // The null is moved whatever happened before.
+        std::vector<std::string> move = {"AEGP_GetNewLayerStream", "AEGP_GetNewStreamValue",
+                                         "AEGP_SetStreamValue"};
+        for (auto line = failure + 1; line != calls.end(); ++line) {
+            EXPECT_TRUE(std::erase(move, *line) == 1 ||
+                        std::any_of(std::begin(harmless), std::end(harmless),
+                                    [&](const char* name) { return line->starts_with(name); }))
+                << *line << " after " << *failure;
+        }
+    }
     // The duration and the mask crop take one layer.
-    template <class Command>
-    void holdFor(const Command& command) {
-        if (command.command) {
+    void holdFor(bool shift, bool command) {
+        if (command) {
             select({"Card"});
         }
         session->openMenu();
-        session->holdKeys(command.shift, command.command);
+        session->holdKeys(shift, command);
         ASSERT_EQ(session->tick(), 0);
         session->holdKeys(false, false);
     }
@@ -57,18 +93,20 @@ TEST_P(EachCallOf, FailsTheCommandAndLeavesTheProject) {
     int unnoticed = 0;
     for (std::uint64_t call = 1;; ++call) {
         openRich();
-        holdFor(GetParam());
+        holdFor(GetParam().shift, GetParam().command);
         session->clearCalls();
         session->failCall({call, code});
         const A_Err error = run();
         if (session->calls().total < call) {
             EXPECT_EQ(error, 0);
             EXPECT_GT(call, GetParam().leastCalls);
+            expectUndoAndRedo();
             break;
         }
         if (error == 0) {
             // The one call whose failure is to be ignored is the move of the null, and what goes with it.
             ++unnoticed;
+            expectUndoAndRedo();
             continue;
         }
         std::string failedCall;
@@ -81,6 +119,9 @@ TEST_P(EachCallOf, FailsTheCommandAndLeavesTheProject) {
         EXPECT_EQ(error, code) << "call " << call << ", " << failedCall;
         EXPECT_EQ(project().write(), opened) << "call " << call;
         EXPECT_EQ(project().history.depth(), 0);
+        if (error == code) {
+            expectOnlyReleasesAfterTheFailure();
+        }
         // A thing stays held where its own release was the call that failed.
         const bool releasing = failedCall.find("Dispose") == 0 || failedCall.find("Checkin") == 0;
         for (const std::string& line : session->stillOpen()) {
@@ -116,7 +157,7 @@ TEST_F(Fails, EachSuiteInTurn) {
         int needed = 0;
         for (const auto& [name, number] : suites) {
             openRich();
-            holdFor(keys);
+            holdFor(keys.shift, keys.command);
             session->withholdSuite(name, number);
             const A_Err error = run();
             EXPECT_TRUE(error == 0 || error == 516) << name << " " << number << " gives " << error;
@@ -131,6 +172,130 @@ TEST_F(Fails, EachSuiteInTurn) {
         EXPECT_GE(needed, keys.leastNeeded);
     }
 }
+
+// What a script gives instead of what it is asked for. Without a text there is no answer at all.
+struct WrongAnswer {
+    const char* name;
+    std::optional<std::string> text;
+    bool fails = false;
+};
+
+class WrongScripts : public Fails, public testing::WithParamInterface<WrongAnswer> {
+ protected:
+    struct Command {
+        const char* name;
+        std::function<void()> prepare;
+        std::function<A_Err()> run;
+    };
+
+    Command command(const char* name, bool shift, bool key) {
+        return {name,
+                [this, shift, key] {
+                    openRich();
+                    holdFor(shift, key);
+                },
+                [this] { return run(); }};
+    }
+    // Of one layer that is not there at the time, and nothing else.
+    Command nothingThere(const char* name, const std::vector<std::string>& selected) {
+        return {name,
+                [this, selected] {
+                    open(kestrin_test::project("Scene", {400, 300})
+                             .with(precomp("Ended", {400, 300}).with(solid("s", {50, 50})).shown(0, 10)));
+                    moveTo(10);
+                    select(selected);
+                },
+                [this] { return run(); }};
+    }
+    Command panel(const char* name, A_long menuCommand) {
+        return {name,
+                [this, menuCommand] {
+                    openRich();
+                    select({"not a precomp"});
+                    preferences().setLong(section, "Panel_Run", 1);
+                    preferences().setLong(section, "Menu_Cmd", menuCommand);
+                },
+                [this] { return session->tick(); }};
+    }
+    std::vector<Command> commands() {
+        return {command("Standard", false, false),   command("Duration", false, true),
+                command("Mask", true, true),         command("Preferences", true, false),
+                nothingThere("no layer", {"Ended"}), nothingThere("no content", {}),
+                panel("panel, wrong selection", 1),  panel("panel, wrong request", 0)};
+    }
+
+    // By its file; the texts have places that are filled in.
+    static std::string nameOf(const std::string& script) {
+        for (const auto& entry : std::filesystem::directory_iterator(KESTRIN_SCRIPTS)) {
+            std::ifstream in(entry.path(), std::ios::binary);
+            const std::string text{std::istreambuf_iterator<char>(in), {}};
+            if (script.starts_with(text.substr(0, text.find_first_of("%@")))) {
+                return entry.path().stem().string();
+            }
+        }
+        return "(unknown)";
+    }
+
+    void check(A_Err error) {
+        EXPECT_EQ(project().history.depth(), 0);
+        for (const std::string& line : session->stillOpen()) {
+            // The answer about the resolution is left to the host, and all of a cancelled mask crop.
+            EXPECT_TRUE(line.starts_with("memory handle, made by AEGP_ExecuteScript") ||
+                        (error == 0 && line.starts_with("collection")))
+                << line;
+        }
+        if (error != 0) {
+            EXPECT_EQ(project().write(), opened);
+            expectOnlyReleasesAfterTheFailure();
+            return;
+        }
+        expectUndoAndRedo();
+    }
+};
+
+TEST_P(WrongScripts, LeaveTheProjectWholeAndOneUndoAway) {
+    std::set<std::string> answered;
+    int failed = 0;
+    for (const Command& command : commands()) {
+        for (std::size_t wrong = 1;; ++wrong) {
+            command.prepare();
+            std::size_t scripts = 0;
+            session->answerScript = [&](const auto& script) -> std::optional<std::string> {
+                if (++scripts != wrong) {
+                    return script();
+                }
+                answered.insert(nameOf(session->scriptsRun().back()));
+                if (GetParam().fails) {
+                    throw script::ScriptError("made to fail", 1);
+                }
+                return GetParam().text;
+            };
+            session->clearCalls();
+            const A_Err error = command.run();
+            if (scripts < wrong) {
+                EXPECT_GT(wrong, 1u) << command.name;
+                break;
+            }
+            SCOPED_TRACE(std::string(command.name) + ", script " + std::to_string(wrong));
+            failed += error != 0 ? 1 : 0;
+            EXPECT_TRUE(error != 0 || !GetParam().fails);
+            check(error);
+            if (HasFailure()) {
+                return;
+            }
+        }
+    }
+    EXPECT_EQ(answered.size(), 9u) << testing::PrintToString(answered);  // all but the one that sets a parent
+    EXPECT_GE(failed, GetParam().fails ? 9 : 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(, WrongScripts,
+                         testing::Values(WrongAnswer{"AnError", "", true},
+                                         WrongAnswer{"NoAnswer", std::nullopt}, WrongAnswer{"AnEmptyText", ""},
+                                         WrongAnswer{"AMegabyte", std::string(1 << 20, '7')},
+                                         WrongAnswer{"Garbage", std::string("\xFF\0%s%n\"');", 9)},
+                                         WrongAnswer{"AnotherNumber", "-1"}),
+                         [](const auto& answer) { return answer.param.name; });
 
 TEST_F(Fails, WithoutASuiteThePluginDoesNotStart) {
     for (const auto& [name, number] :

@@ -1,7 +1,11 @@
 // The host's own side: bad handles, what is counted, what is put in order after a hook.
 
+#include <cmath>
+#include <cstring>
+
 #include "AEGP_Suites.h"
 #include "model/Edit.h"
+#include "suites/Gate.h"
 #include "suites/Tables.h"
 #include "support/Story.h"
 
@@ -76,15 +80,6 @@ TEST_F(Host, NullForeignStaleAndWrongHandlesAreErrors) {
     EXPECT_EQ(streams.AEGP_DisposeStream(stream), 0);
 }
 
-TEST_F(Host, OnlyTheMainThreadMayCall) {
-    A_Err error = 0;
-    std::thread([&] {
-        A_long count = 0;
-        error = tableProjSuite6.AEGP_GetNumProjects(&count);
-    }).join();
-    EXPECT_EQ(error, A_Err_WRONG_THREAD);
-}
-
 TEST_F(Host, ACopyThatIsTakenBackTakesItsHandlesWithIt) {
     AEGP_CompH copy = nullptr;
     AEGP_LayerH inside = nullptr;
@@ -98,55 +93,444 @@ TEST_F(Host, ACopyThatIsTakenBackTakesItsHandlesWithIt) {
     EXPECT_EQ(tableLayerSuite7.AEGP_GetLayerIndex(inside, &number), A_Err_PARAMETER);
 }
 
-// Hooks with faults of their own, registered by a plug-in made for it.
-A_Err leavesAGroupOpen(AEGP_GlobalRefcon, AEGP_CommandRefcon, AEGP_Command, AEGP_HookPriority, A_Boolean,
-                       A_Boolean* handled) {
+// ---- Plug-ins with faults of their own ---------------------------------------------------------------
+
+Session& host() {
+    return Session::current();
+}
+AEGP_LayerH firstLayer() {
+    return host().handleOf(host().project().root().layers.front().get());
+}
+AEGP_StreamRefH newStream() {
+    AEGP_StreamRefH stream = nullptr;
+    tableStreamSuite4.AEGP_GetNewLayerStream(0, firstLayer(), AEGP_LayerStream_POSITION, &stream);
+    return stream;
+}
+AEGP_StreamValue2 newValue(AEGP_StreamRefH stream) {
+    AEGP_StreamValue2 value{};
+    const A_Time zero{0, 1};
+    tableStreamSuite4.AEGP_GetNewStreamValue(0, stream, AEGP_LTimeMode_CompTime, &zero, 1, &value);
+    return value;
+}
+A_Err resize() {
+    return tableCompSuite7.AEGP_SetCompDimensions(host().handleOf(&host().project().root()), 200, 100);
+}
+
+// What a faulty command hook does, what is said about it, and what is found held when it is back.
+struct FaultyPlugin {
+    const char* name;
+    A_Err (*command)();
+    std::vector<std::string> messages = {}, held = {};
+    A_Err error = 0;
+};
+
+const std::vector<FaultyPlugin>& faultyPlugins() {
+    static const std::vector<FaultyPlugin> plugins = {
+        {"leaks a stream and a value",
+         [] {
+             newValue(newStream());
+             return 0;
+         },
+         {},
+         {"stream, made by AEGP_GetNewLayerStream", "stream value, made by AEGP_GetNewStreamValue"}},
+        {"leaks a frame",
+         [] {
+             AEGP_RenderOptionsH made = nullptr;
+             AEGP_FrameReceiptH receipt = nullptr;
+             tableRenderOptionsSuite3.AEGP_NewFromItem(0, host().handleOf(host().project().root().item), &made);
+             tableRenderSuite3.AEGP_RenderAndCheckoutFrame(made, nullptr, nullptr, &receipt);
+             return tableRenderOptionsSuite3.AEGP_Dispose(made);
+         },
+         {},
+         {"receipt, made by AEGP_RenderAndCheckoutFrame"}},
+        {"releases a stream twice",
+         [] {
+             const AEGP_StreamRefH stream = newStream();
+             tableStreamSuite4.AEGP_DisposeStream(stream);
+             tableStreamSuite4.AEGP_DisposeStream(stream);
+             return 0;
+         },
+         {"AEGP_DisposeStream: this stream has been given back already"},
+         {}},
+        {"releases the copy of a value, too",
+         [] {
+             const AEGP_StreamRefH stream = newStream();
+             AEGP_StreamValue2 value = newValue(stream);
+             AEGP_StreamValue2 copy = value;
+             tableStreamSuite4.AEGP_DisposeStreamValue(&value);
+             tableStreamSuite4.AEGP_DisposeStreamValue(&copy);
+             return tableStreamSuite4.AEGP_DisposeStream(stream);
+         },
+         {"AEGP_DisposeStreamValue: this stream value has been given back already"},
+         {}},
+        {"uses a stream after its release, when another has its place",
+         [] {
+             const AEGP_StreamRefH old = newStream();
+             tableStreamSuite4.AEGP_DisposeStream(old);
+             const AEGP_StreamRefH other = newStream();
+             A_long keys = 0;
+             tableKeyframeSuite4.AEGP_GetStreamNumKFs(old, &keys);
+             return tableStreamSuite4.AEGP_DisposeStream(other);
+         },
+         {"AEGP_GetStreamNumKFs: this stream has been given back already"},
+         {}},
+        {"unlocks more often than it locks",
+         [] {
+             AEGP_MemHandle text = nullptr;
+             void* address = nullptr;
+             tableUtilitySuite5.AEGP_ExecuteScript(0, "1", 0, &text, nullptr);
+             tableMemorySuite1.AEGP_LockMemHandle(text, &address);
+             tableMemorySuite1.AEGP_UnlockMemHandle(text);
+             tableMemorySuite1.AEGP_UnlockMemHandle(text);
+             return tableMemorySuite1.AEGP_FreeMemHandle(text);
+         },
+         {"AEGP_UnlockMemHandle: the memory handle is not locked"},
+         {}},
+        {"calls from another thread",
+         [] {
+             A_long count = 0;
+             A_Err error = 0;
+             std::thread([&] { error = tableProjSuite6.AEGP_GetNumProjects(&count); }).join();
+             return error;
+         },
+         {"AEGP_GetNumProjects: called from another thread than the main one; it was refused",
+          "CommandHook: the plug-in reported error 5; the project is as it was before"},
+         {},
+         A_Err_WRONG_THREAD},
+        {"acquires from another thread",
+         [] {
+             std::thread([] {
+                 const void* suite = nullptr;
+                 host().basicSuite()->AcquireSuite("AEGP Item Suite", 9, &suite);
+             }).join();
+             return 0;
+         },
+         {"AcquireSuite: called from another thread than the main one; it was refused"},
+         {}},
+        {"throws",
+         []() -> A_Err { throw std::runtime_error("out of the hook"); },
+         {"CommandHook: the plug-in let an exception out",
+          "CommandHook: the plug-in reported error 1; the project is as it was before"},
+         {},
+         A_Err_GENERIC},
+        {"throws a number through the host",
+         [] {
+             static int depth = 0;
+             if (++depth % 2 == 0) {
+                 throw 516;
+             }
+             return tableCommandSuite1.AEGP_DoCommand(5);
+         },
+         {"AEGP_DoCommand: an exception came out of it",
+          "CommandHook: the plug-in reported error 1; the project is as it was before"},
+         {},
+         A_Err_GENERIC},
+        {"changes the project and fails",
+         [] {
+             resize();
+             return 42;
+         },
+         {"CommandHook: the plug-in reported error 42; the project is as it was before"},
+         {},
+         42},
+        {"leaves a group open",
+         [] {
+             tableUtilitySuite5.AEGP_StartUndoGroup("Left open");
+             tableUtilitySuite5.AEGP_StartUndoGroup("Inner");
+             return resize();
+         },
+         {"CommandHook: the plug-in left an undo group open; it was closed"},
+         {}},
+        {"releases a suite that it does not have",
+         [] {
+             host().basicSuite()->ReleaseSuite("AEGP Item Suite", 9);
+             return 0;
+         },
+         {"ReleaseSuite: released more often than acquired: AEGP Item Suite 9"},
+         {}},
+        {"never releases a suite",
+         [] {
+             const void* suite = nullptr;
+             return host().basicSuite()->AcquireSuite("AEGP World Suite", 3, &suite);
+         },
+         {},
+         {"suite AEGP World Suite 3, acquired 1 times too often"}},
+        {"sets what is no number",
+         [] {
+             const AEGP_StreamRefH stream = newStream();
+             AEGP_StreamValue2 value = newValue(stream);
+             value.val.three_d.x = std::nan("");
+             tableStreamSuite4.AEGP_SetStreamValue(0, stream, &value);
+             tableStreamSuite4.AEGP_DisposeStreamValue(&value);
+             return tableStreamSuite4.AEGP_DisposeStream(stream);
+         },
+         {"AEGP_SetStreamValue: the number nan is out of range"},
+         {}},
+    };
+    return plugins;
+}
+
+const FaultyPlugin* running = nullptr;
+
+A_Err faultyHook(AEGP_GlobalRefcon, AEGP_CommandRefcon, AEGP_Command, AEGP_HookPriority, A_Boolean,
+                 A_Boolean* handled) {
     *handled = 1;
-    tableUtilitySuite5.AEGP_StartUndoGroup("Left open");
-    return tableCompSuite7.AEGP_SetCompDimensions(
-        Session::current().handleOf(&Session::current().project().root()), 200, 100);
+    return running->command();
 }
 
-A_Err changesAndFails(AEGP_GlobalRefcon refcon, AEGP_CommandRefcon command, AEGP_Command id,
-                      AEGP_HookPriority priority, A_Boolean already, A_Boolean* handled) {
-    leavesAGroupOpen(refcon, command, id, priority, already, handled);
-    tableUtilitySuite5.AEGP_EndUndoGroup();
-    return 42;
+A_Err startFaulty(SPBasicSuite*, A_long, A_long, AEGP_PluginID id, AEGP_GlobalRefcon*) {
+    return tableRegisterSuite5.AEGP_RegisterCommandHook(id, AEGP_HP_BeforeAE, AEGP_Command_ALL, faultyHook,
+                                                        nullptr);
 }
 
-A_Err throws(AEGP_GlobalRefcon, AEGP_CommandRefcon, AEGP_Command, AEGP_HookPriority, A_Boolean, A_Boolean*) {
-    throw std::runtime_error("out of the hook");
-}
-
-template <A_Err (*hook)(AEGP_GlobalRefcon, AEGP_CommandRefcon, AEGP_Command, AEGP_HookPriority, A_Boolean,
-                        A_Boolean*)>
-A_Err start(SPBasicSuite*, A_long, A_long, AEGP_PluginID id, AEGP_GlobalRefcon*) {
-    return tableRegisterSuite5.AEGP_RegisterCommandHook(id, AEGP_HP_BeforeAE, AEGP_Command_ALL, hook, nullptr);
-}
-
-TEST_F(Host, PutsInOrderWhatAHookLeavesBehind) {
-    const auto openBare = [&] {
+struct Faulty : Host {
+    A_Err runFaulty(const FaultyPlugin& plugin) {
+        running = &plugin;
         session.reset();
         session = std::make_unique<Session>(model::Project::read(opened), answers);
-    };
-    openBare();
-    ASSERT_EQ(session->startPlugin(start<leavesAGroupOpen>), 0);
-    EXPECT_EQ(session->runCommand(5), 0);
-    EXPECT_EQ(session->undoMismatches(), 1);
-    EXPECT_EQ(project().history.done().back().name, "Left open");
-    EXPECT_EQ(sizeOf("Scene"), (Size{200, 100}));
+        EXPECT_EQ(session->startPlugin(startFaulty), 0);
+        return session->runCommand(5);
+    }
+};
 
-    openBare();
-    ASSERT_EQ(session->startPlugin(start<changesAndFails>), 0);
-    EXPECT_EQ(session->runCommand(5), 42);
-    EXPECT_EQ(project().write(), opened);
-    EXPECT_TRUE(project().history.done().empty());
-
-    openBare();
-    ASSERT_EQ(session->startPlugin(start<throws>), 0);
-    EXPECT_EQ(session->runCommand(5), A_Err_GENERIC);
-    EXPECT_EQ(messages(Message::Kind::Error).front(), "the plug-in let an exception out");
+TEST_F(Faulty, IsCaughtAndNamed) {
+    for (const FaultyPlugin& plugin : faultyPlugins()) {
+        SCOPED_TRACE(plugin.name);
+        EXPECT_EQ(runFaulty(plugin), plugin.error);
+        std::vector<std::string> messagesGiven;
+        for (const Message& message : session->messages()) {
+            messagesGiven.push_back(message.title + ": " + message.text);
+        }
+        EXPECT_EQ(messagesGiven, plugin.messages);
+        EXPECT_EQ(session->stillOpen(), plugin.held);
+        EXPECT_EQ(project().history.depth(), 0);
+        if (plugin.error != 0) {
+            EXPECT_EQ(project().write(), opened);
+            EXPECT_TRUE(project().history.done().empty());
+        }
+    }
     EXPECT_NE(tableRegisterSuite5.AEGP_RegisterIdleHook(0, nullptr, nullptr), 0);
+}
+
+TEST_F(Faulty, UndoGroupsNestAndAreCounted) {
+    runFaulty({"", [] {
+                   for (const char* name : {"Outer", "Inner"}) {
+                       tableUtilitySuite5.AEGP_StartUndoGroup(name);
+                       resize();
+                   }
+                   for (int i = 0; i < 3; ++i) {
+                       tableUtilitySuite5.AEGP_EndUndoGroup();
+                   }
+                   tableUtilitySuite5.AEGP_StartUndoGroup("Empty");
+                   tableUtilitySuite5.AEGP_EndUndoGroup();
+                   return tableUtilitySuite5.AEGP_StartUndoGroup("Left open");
+               }});
+    EXPECT_EQ(session->undoMismatches(), 2);
+    ASSERT_EQ(project().history.done().size(), 1u);
+    EXPECT_EQ(project().history.done().back().name, "Outer");
+    const auto& calls = session->calls().last;
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "AEGP_EndUndoGroup (no undo group was open)"), 1);
+    ASSERT_TRUE(undo());
+    EXPECT_EQ(project().write(), opened);
+}
+
+// ---- Every function with arguments that are none -----------------------------------------------------
+
+// Whether a pointer is a handle: what it points to is the host's secret.
+template <class Pointee>
+concept Secret = !requires {
+    sizeof(Pointee);
+}
+&&!std::is_void_v<Pointee> && !std::is_function_v<Pointee>;
+
+// An argument: `handle` where a handle is asked for, memory of the caller's own for every other pointer, else
+// zero.
+template <class Arg>
+Arg argument(void* handle, void* memory) {
+    if constexpr (std::is_pointer_v<Arg>) {
+        return reinterpret_cast<Arg>(Secret<std::remove_pointer_t<Arg>> ? handle : memory);
+    } else {
+        return Arg{};
+    }
+}
+
+struct Refusals : Host {
+    template <class... Args>
+    void refuse(A_Err (*function)(Args...), const char* suite, int place) {
+        alignas(16) static char memory[4096];
+        EXPECT_NE(function(Args{}...), 0) << suite << ", function " << place << " with null pointers";
+        for (const auto& [name, handle] : stale) {
+            std::memset(memory, 0, sizeof memory);
+            EXPECT_NE(function(argument<Args>(reinterpret_cast<void*>(handle), memory)...), 0)
+                << suite << ", function " << place << " with " << name;
+        }
+    }
+    // Functions of one suite that take a handle or the address of a result.
+    template <class... Functions>
+    void refuseAll(const char* suite, Functions... functions) {
+        int place = 0;
+        (refuse(functions, suite, ++place), ...);
+    }
+
+    // Handles of every kind, each of something that is gone; and what never was one.
+    void makeStale() {
+        const auto add = [&](const char* name, auto handle) { stale.emplace_back(name, bits(handle)); };
+        const AEGP_StreamRefH stream = newStream();
+        AEGP_StreamValue2 value = newValue(stream);
+        add("a stream", stream);
+        AEGP_MaskRefH mask = nullptr;
+        tableMaskSuite5.AEGP_GetLayerMaskByIndex(card(), 0, &mask);
+        add("a mask", mask);
+        AEGP_StreamRefH maskStream = nullptr;
+        tableStreamSuite4.AEGP_GetNewMaskStream(0, mask, AEGP_MaskStream_OUTLINE, &maskStream);
+        AEGP_StreamValue2 outline = newValue(maskStream);
+        add("an outline", outline.val.mask);
+        for (AEGP_StreamValue2* each : {&value, &outline}) {
+            EXPECT_EQ(tableStreamSuite4.AEGP_DisposeStreamValue(each), 0);
+        }
+        for (const AEGP_StreamRefH each : {stream, maskStream}) {
+            EXPECT_EQ(tableStreamSuite4.AEGP_DisposeStream(each), 0);
+        }
+        EXPECT_EQ(tableMaskSuite5.AEGP_DisposeMask(mask), 0);
+
+        AEGP_Collection2H collection = nullptr;
+        tableCollectionSuite2.AEGP_NewCollection(0, &collection);
+        add("a collection", collection);
+        EXPECT_EQ(tableCollectionSuite2.AEGP_DisposeCollection(collection), 0);
+        AEGP_MemHandle text = nullptr;
+        tableUtilitySuite5.AEGP_ExecuteScript(0, "1", 0, &text, nullptr);
+        add("a memory handle", text);
+        EXPECT_EQ(tableMemorySuite1.AEGP_FreeMemHandle(text), 0);
+
+        AEGP_RenderOptionsH options = nullptr;
+        AEGP_FrameReceiptH receipt = nullptr;
+        AEGP_WorldH world = nullptr;
+        tableRenderOptionsSuite3.AEGP_NewFromItem(0, session->handleOf(comp("Scene").item), &options);
+        tableRenderSuite3.AEGP_RenderAndCheckoutFrame(options, nullptr, nullptr, &receipt);
+        tableRenderSuite3.AEGP_GetReceiptWorld(receipt, &world);
+        add("render options", options);
+        add("a receipt", receipt);
+        add("a world", world);
+        EXPECT_EQ(tableRenderSuite3.AEGP_CheckinFrame(receipt), 0);
+        EXPECT_EQ(tableRenderOptionsSuite3.AEGP_Dispose(options), 0);
+
+        AEGP_CompH copy = nullptr;
+        AEGP_ItemH item = nullptr;
+        AEGP_LayerH inside = nullptr;
+        tableCompSuite7.AEGP_DuplicateComp(session->handleOf(&comp("Card")), &copy);
+        tableCompSuite7.AEGP_GetItemFromComp(copy, &item);
+        tableLayerSuite7.AEGP_GetCompLayerByIndex(copy, 0, &inside);
+        add("a layer", inside);
+        add("a composition", copy);
+        add("an item", item);
+        EXPECT_EQ(tableItemSuite8.AEGP_DeleteItem(item), 0);
+
+        add("the caller's own memory", &stale);
+    }
+
+    std::vector<std::pair<std::string, std::uintptr_t>> stale;
+};
+
+TEST_F(Refusals, OfNullStaleForeignAndWrongHandlesEverywhere) {
+    makeStale();
+    const std::string before = project().write();
+#define F(name) table.AEGP_##name
+    const auto items = [&](const char* suite, const auto& table) {
+        refuseAll(suite, F(IsItemSelected), F(GetItemType), F(GetItemName), F(GetItemID), F(GetItemDuration),
+                  F(GetItemCurrentTime), F(GetItemDimensions), F(GetItemPixelAspectRatio), F(DeleteItem),
+                  F(SetItemCurrentTime));
+    };
+    const auto itemWalk = [&](const char* suite, const auto& table) {
+        refuseAll(suite, F(GetFirstProjItem), F(GetNextProjItem), F(SetItemName));
+    };
+    const auto layers = [&](const char* suite, const auto& table) {
+        refuseAll(suite, F(GetCompNumLayers), F(GetCompLayerByIndex), F(GetLayerIndex), F(GetLayerSourceItem),
+                  F(GetLayerParentComp), F(GetLayerName), F(GetLayerFlags), F(GetLayerCurrentTime),
+                  F(GetLayerInPoint), F(GetLayerDuration), F(GetLayerOffset), F(AddLayer), F(ReorderLayer),
+                  F(GetLayerMaskedBounds), F(GetLayerObjectType), F(IsLayer3D), F(GetLayerParent),
+                  F(SetLayerParent), F(DeleteLayer));
+    };
+    const auto comps = [&](const char* suite, const auto& table) {
+        refuseAll(suite, F(GetCompFromItem), F(GetItemFromComp), F(GetCompDownsampleFactor),
+                  F(SetCompDownsampleFactor), F(GetCompFramerate), F(GetNewCollectionFromCompSelection),
+                  F(SetSelection), F(CreateNullInComp), F(SetCompPixelAspectRatio), F(SetCompDimensions),
+                  F(DuplicateComp));
+    };
+    items("items 1", tableItemSuite1);
+    items("items 6", tableItemSuite6);
+    items("items 8", tableItemSuite8);
+    itemWalk("items 6", tableItemSuite6);
+    itemWalk("items 8", tableItemSuite8);
+    layers("layers 5", tableLayerSuite5);
+    layers("layers 7", tableLayerSuite7);
+    comps("comps 4", tableCompSuite4);
+    comps("comps 7", tableCompSuite7);
+    comps("comps 9", tableCompSuite9);
+    const auto all = [&](const auto& collections, const auto& masks, const auto& outlines, const auto& streams,
+                         const auto& keys, const auto& options, const auto& frames, const auto& worlds,
+                         const auto& memory, const auto& store) {
+#undef F
+#define F(suite, name) suite.AEGP_##name
+        refuseAll("collections", F(collections, DisposeCollection), F(collections, GetCollectionNumItems),
+                  F(collections, GetCollectionItemByIndex), F(collections, CollectionPushBack),
+                  F(collections, CollectionErase));
+        refuseAll("masks", F(masks, GetLayerNumMasks), F(masks, GetLayerMaskByIndex), F(masks, DisposeMask),
+                  F(masks, DeleteMaskFromLayer), F(outlines, IsMaskOutlineOpen),
+                  F(outlines, GetMaskOutlineNumSegments), F(outlines, GetMaskOutlineVertexInfo),
+                  F(outlines, SetMaskOutlineVertexInfo));
+        refuseAll("streams", F(streams, GetNewLayerStream), F(streams, GetNewMaskStream),
+                  F(streams, DisposeStream), F(streams, GetNewStreamValue), F(streams, SetStreamValue),
+                  F(keys, GetStreamNumKFs), F(keys, GetKeyframeTime), F(keys, GetNewKeyframeValue),
+                  F(keys, SetKeyframeValue), F(keys, GetKeyframeInterpolation),
+                  F(keys, SetKeyframeInterpolation));
+        refuseAll("frames", F(options, NewFromItem), F(options, Dispose), F(options, SetTime),
+                  F(options, GetTime), F(options, GetTimeStep), F(options, SetDownsampleFactor),
+                  F(options, GetDownsampleFactor), F(frames, RenderAndCheckoutFrame), F(frames, CheckinFrame),
+                  F(frames, GetReceiptWorld), F(worlds, Dispose), F(worlds, GetType), F(worlds, GetSize),
+                  F(worlds, GetRowBytes), F(worlds, GetBaseAddr8), F(worlds, GetBaseAddr16),
+                  F(worlds, GetBaseAddr32));
+        refuseAll("memory", F(memory, FreeMemHandle), F(memory, LockMemHandle), F(memory, UnlockMemHandle),
+                  F(memory, GetMemHandleSize), F(store, GetData), F(store, GetLong), F(store, DeleteEntry));
+#undef F
+    };
+    all(tableCollectionSuite2, tableMaskSuite5, tableMaskOutlineSuite2, tableStreamSuite4, tableKeyframeSuite4,
+        tableRenderOptionsSuite3, tableRenderSuite3, tableWorldSuite3, tableMemorySuite1,
+        tablePersistentDataSuite3);
+
+    const auto& utility = tableUtilitySuite5;
+    const auto& commands = tableCommandSuite1;
+    for (const A_Err error :
+         {utility.AEGP_ReportInfo(0, nullptr), utility.AEGP_StartUndoGroup(nullptr),
+          utility.AEGP_ExecuteScript(0, nullptr, 0, nullptr, nullptr), commands.AEGP_GetUniqueCommand(nullptr),
+          commands.AEGP_InsertMenuCommand(1, nullptr, 0, 0), commands.AEGP_SetMenuCommandName(1, nullptr),
+          tableProjSuite6.AEGP_GetNumProjects(nullptr), tableProjSuite6.AEGP_GetProjectByIndex(0, nullptr),
+          tableItemSuite8.AEGP_GetActiveItem(nullptr), tableLayerSuite7.AEGP_GetActiveLayer(nullptr),
+          tableCollectionSuite2.AEGP_NewCollection(0, nullptr),
+          tablePersistentDataSuite3.AEGP_GetApplicationBlob(nullptr),
+          tableStreamSuite4.AEGP_DisposeStreamValue(nullptr), tablePlatformSuite1.GetModifierKeys(nullptr),
+          tablePlatformSuite1.OpenProgress(nullptr, nullptr)}) {
+        EXPECT_EQ(error, A_Err_PARAMETER);
+    }
+    EXPECT_EQ(session->stillOpen(), std::vector<std::string>());
+    EXPECT_EQ(project().write(), before);
+}
+
+TEST_F(Refusals, OfIndicesBesideTheRange) {
+    AEGP_LayerH layer = nullptr;
+    AEGP_MaskRefH mask = nullptr;
+    AEGP_ProjectH openProject = nullptr;
+    A_Time time{};
+    const AEGP_StreamRefH stream = newStream();
+    for (const A_long index : {-1, 2, 2147483647, -2147483647 - 1}) {
+        EXPECT_EQ(tableLayerSuite7.AEGP_GetCompLayerByIndex(session->handleOf(&comp("Scene")), index, &layer),
+                  PF_Err_INVALID_INDEX);
+        EXPECT_EQ(tableMaskSuite5.AEGP_GetLayerMaskByIndex(card(), index, &mask), PF_Err_INVALID_INDEX);
+        EXPECT_EQ(tableProjSuite6.AEGP_GetProjectByIndex(index, &openProject), PF_Err_INVALID_INDEX);
+        EXPECT_EQ(tableKeyframeSuite4.AEGP_GetKeyframeTime(stream, index, AEGP_LTimeMode_CompTime, &time),
+                  PF_Err_INVALID_INDEX);
+        EXPECT_EQ(tableLayerSuite7.AEGP_ReorderLayer(card(), index) == 0, index == -1);  // to the end
+    }
+    EXPECT_EQ(tableStreamSuite4.AEGP_DisposeStream(stream), 0);
 }
 
 TEST_F(Host, PreferencesAreReadAsTheHostReadsThem) {
@@ -184,7 +568,8 @@ TEST_F(Host, FramesArePaddedAndTimesOutsideAreEmpty) {
         EXPECT_EQ(tableWorldSuite3.AEGP_GetBaseAddr8(world, &pixels), 0);
         EXPECT_EQ(tableWorldSuite3.AEGP_GetRowBytes(world, &rowBytes), 0);
         EXPECT_GT(rowBytes, 400u * 4);
-        EXPECT_EQ(tableWorldSuite3.AEGP_GetBaseAddr16(world, nullptr), A_Err_PARAMETER);
+        PF_Pixel16* deep = nullptr;
+        EXPECT_EQ(tableWorldSuite3.AEGP_GetBaseAddr16(world, &deep), A_Err_GENERIC);
         const bool result = pixels->alpha == 255;
         EXPECT_EQ(tableRenderSuite3.AEGP_CheckinFrame(receipt), 0);
         EXPECT_EQ(tableWorldSuite3.AEGP_GetBaseAddr8(world, &pixels), A_Err_PARAMETER);
