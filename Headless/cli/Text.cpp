@@ -1,5 +1,6 @@
 #include "cli/Text.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace headless::cli {
@@ -12,23 +13,41 @@ std::string escape(unsigned code) {
     return text;
 }
 
+// Bytes of the character that the text begins with; 0 where that is no UTF-8, which a terminal may take for
+// something else.
+std::size_t characterLength(std::string_view text) {
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const std::size_t length = byte(0) < 0x80                      ? 1
+                               : byte(0) >= 0xC2 && byte(0) < 0xE0 ? 2
+                               : byte(0) >= 0xE0 && byte(0) < 0xF0 ? 3
+                               : byte(0) >= 0xF0 && byte(0) < 0xF5 ? 4
+                                                                   : 0;
+    for (std::size_t i = 1; i < length; ++i) {
+        if (i >= text.size() || (byte(i) & 0xC0) != 0x80) {
+            return 0;
+        }
+    }
+    return length;
+}
+
 }  // namespace
 
 std::string printable(std::string_view text) {
     std::string result;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        const auto next = i + 1 < text.size() ? static_cast<unsigned char>(text[i + 1]) : 0u;
+    while (!text.empty()) {
+        const auto byte = static_cast<unsigned char>(text.front());
+        const std::size_t length = characterLength(text);
+        const auto second = length == 2 ? static_cast<unsigned char>(text[1]) : 0xFFu;
         if (byte == '\n') {
             result += "\\n";
-        } else if (byte < 0x20 || byte == 0x7F) {
+        } else if (byte < 0x20 || byte == 0x7F || length == 0) {
             result += escape(byte);
-        } else if (byte == 0xC2 && next >= 0x80 && next < 0xA0) {  // the second range of control characters
-            result += escape(next);
-            ++i;
+        } else if (byte == 0xC2 && second < 0xA0) {  // the second range of control characters
+            result += escape(second);
         } else {
-            result += text[i];
+            result += text.substr(0, length);
         }
+        text.remove_prefix(std::max<std::size_t>(length, 1));
     }
     return result;
 }

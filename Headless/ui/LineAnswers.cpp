@@ -13,11 +13,16 @@ constexpr const char* help =
 // Names come from files: control characters must not reach a terminal, save the line breaks of long labels.
 std::string shown(const std::string& text, const std::string& indent) {
     std::string result;
-    for (const char c : text) {
-        if (c == '\n') {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        const auto next = i + 1 < text.size() ? static_cast<unsigned char>(text[i + 1]) : 0u;
+        if (byte == 0xC2 && next >= 0x80 && next < 0xA0) {  // the second range of them
+            result += '?';
+            ++i;
+        } else if (byte == '\n') {
             result += '\n' + indent;
-        } else if (c != '\r') {
-            result += static_cast<unsigned char>(c) < 0x20 || c == 0x7f ? '?' : c;
+        } else if (byte != '\r') {
+            result += byte < 0x20 || byte == 0x7f ? '?' : text[i];
         }
     }
     return result;

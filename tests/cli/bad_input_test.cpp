@@ -105,6 +105,8 @@ TEST_F(BadInput, NamesCannotSteerTheTerminal) {
     const Outcome outcome = run({"info", file});
     EXPECT_EQ(outcome.code, ExitCode::Done);
     EXPECT_THAT(outcome.out, HasSubstr("\"Sc\\x1B[31mene\\x9B\""));
+    refuses({pathOf("\x9B[31m\xC3(\xC3\xA9"), "-o", pathOf("out.json")},
+            {"\\x9B[31m\\xC3(\xC3\xA9: there is no"});
 }
 
 }  // namespace

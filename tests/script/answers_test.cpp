@@ -166,7 +166,7 @@ TEST(LineAnswersTest, PrintsTheDialogAndReadsOneStepALine) {
     LineAnswers answers(in, out);
     Dialog dialog = sample();
     dialog.controls[5].selection = 1;
-    dialog.controls[4].text = "Mode:\x1b[2J";
+    dialog.controls[4].text = "Mode:\x1b[2J\xC2\x9B";
     std::string done;
     for (int i = 0; i < 6; ++i) done += shown(answers.next(dialog)) + "; ";
     EXPECT_EQ(done,
@@ -174,7 +174,7 @@ TEST(LineAnswersTest, PrintsTheDialogAndReadsOneStepALine) {
     const std::string first = out.str().substr(0, out.str().find("\n> ") + 1);
     EXPECT_EQ(
         first,
-        "== Settings ==\n  [ ] Padding\n  field 1: 10\n  Mode:?[2J\n  list 1:\n      Ask\n    * Never, ever\n"
+        "== Settings ==\n  [ ] Padding\n  field 1: 10\n  Mode:?[2J?\n  list 1:\n      Ask\n    * Never, ever\n"
         "list 2:\n    Ask\n    Mask 1\n< Save >\n< Help > (off)\n");
     EXPECT_NE(out.str().find("press BUTTON"), std::string::npos);
     EXPECT_NE(out.str().find("has no \"none\" in its list \"2\""), std::string::npos);
