@@ -7,6 +7,7 @@
 #include "cli/Comparison.h"
 #include "cli/Cropping.h"
 #include "cli/ExitCode.h"
+#include "real/Undo.h"
 
 namespace kestrin_test {
 
@@ -43,7 +44,9 @@ class RealModes : public testing::Test {
         request.command = command;
         request.padding = command == Command::MaskCrop ? 0 : 2;
         request.includeMasks = includeMasks;
-        return crop(*workplace, *opened, request);
+        const CropResult result = crop(*workplace, *opened, request);
+        expectUndoAndRedo(project(), before->write());
+        return result;
     }
     Verdict verdict(std::optional<int> frame = std::nullopt) {
         return compare(*before, *model::Project::read(project().write()), {frame, opened->assetId}).verdict();

@@ -13,6 +13,7 @@
 #include "cli/Cropping.h"
 #include "cli/ExitCode.h"
 #include "cli/Find.h"
+#include "real/Undo.h"
 
 namespace kestrin_test {
 
@@ -70,6 +71,7 @@ std::unique_ptr<model::Project> cropped(const std::string& file, const Use& use,
     options.project = file;
     options.plugin = KESTRIN_PLUGIN;
     Workplace workplace(options);
+    const std::string before = workplace.session().project().write();
     SelectionOptions selection;
     selection.comp = use.comp;
     selection.layers = {"#" + std::to_string(use.layer + 1)};
@@ -81,8 +83,10 @@ std::unique_ptr<model::Project> cropped(const std::string& file, const Use& use,
         crop(workplace, workplace.open(selection), request);
     } catch (const Stop& stop) {
         EXPECT_EQ(stop.code, ExitCode::NothingToDo) << stop.what();
+        expectUndoAndRedo(workplace.session().project(), before);
         return nullptr;
     }
+    expectUndoAndRedo(workplace.session().project(), before);
     return model::Project::read(workplace.session().project().write());
 }
 
