@@ -91,11 +91,23 @@ Item& addItem(Project& project, Item::Kind kind, const std::string& name, Size s
 }
 
 int freeIndex(const Comp& comp) {
+    constexpr int largestIndex = 1'000'000'000;  // that can be read again
     int largest = 0;
     for (const LayerPtr& layer : comp.layers) {
         largest = std::max(largest, layer->index.value_or(0));
     }
-    return largest + 1;
+    if (largest < largestIndex) {
+        return largest + 1;
+    }
+    std::unordered_set<int> taken;
+    for (const LayerPtr& layer : comp.layers) {
+        taken.insert(layer->index.value_or(0));
+    }
+    int free = 1;
+    while (taken.contains(free)) {
+        ++free;
+    }
+    return free;
 }
 
 Layer& addNewLayer(Project& project, Comp& comp, LayerType type, const std::string& name, Item& source) {

@@ -15,6 +15,7 @@ namespace headless::model {
 
 namespace {
 
+constexpr std::uintmax_t largestFile = 512 << 20;
 constexpr int largestSize = 30'000;         // the host's own limit for a composition
 constexpr double largestFrame = 2'000'000;  // keeps every time inside the host's 32-bit values
 constexpr double largestFrameRate = 1'000;
@@ -35,6 +36,13 @@ int wholeSize(const Json& json, const char* key, const std::string& path) {
 
 int wholeSizeOr0(const Json& json, const char* key, const std::string& path) {
     return numberAt(json, key, 0, path) == 0 ? 0 : wholeSize(json, key, path);
+}
+
+// As a layer states it; 0 where it states none.
+void checkSize(const Size& size, const std::string& path) {
+    if (size.width < 0 || size.width > largestSize || size.height < 0 || size.height > largestSize) {
+        fail(path, "sizes go from 1 to " + std::to_string(largestSize));
+    }
 }
 
 double frameRateAt(const Json& json, const char* key, const std::string& path) {
@@ -300,14 +308,13 @@ class Reader {
                          "the asset \"" + layer.reference + "\" is of another kind than the layer");
                 }
                 layer.source = found->second;
-                if (layer.type == LayerType::Precomp &&
-                    (layer.useSize.width < 0 || layer.useSize.width > largestSize || layer.useSize.height < 0 ||
-                     layer.useSize.height > largestSize)) {
-                    fail(path + ".w", "sizes go from 1 to " + std::to_string(largestSize));
+                if (layer.type == LayerType::Precomp) {
+                    checkSize(layer.useSize, path + ".w");
                 }
                 break;
             }
             case LayerType::Solid:
+                checkSize(layer.useSize, path + ".sw");
                 layer.source = &addSource(Item::Kind::Solid, layer, layer.useSize, "Solid");
                 break;
             case LayerType::Null:
@@ -479,12 +486,15 @@ class Reader {
             if (comp == &project_.root()) {
                 range = {comp->firstFrame, comp->endFrame};
             } else if (range.empty()) {
+                // Nothing shows it, so nothing hangs on how far its layers reach.
                 for (const LayerPtr& layer : comp->layers) {
-                    range.merge({std::floor(layer->inFrame), std::ceil(layer->outFrame)});
+                    range.merge({std::max(std::floor(layer->inFrame), -largestFrame),
+                                 std::min(std::ceil(layer->outFrame), largestFrame)});
                 }
                 if (range.empty()) {
                     range = {0, 1};
                 }
+                range.end = std::min(range.end, range.first + largestFrame);
             }
             if (!(std::abs(range.first) <= largestFrame && range.end - range.first <= largestFrame)) {
                 fail("composition \"" + comp->item->name + "\"", "its times are out of range");
@@ -531,6 +541,10 @@ std::unique_ptr<Project> Project::open(const std::filesystem::path& file, const 
     std::ifstream in(file, std::ios::binary);
     std::string text;
     if (in) {
+        if (std::filesystem::file_size(file, error) > largestFile) {
+            throw ProjectError(file.string() + ": the file is larger than " +
+                               std::to_string(largestFile >> 20) + " MiB");
+        }
         text.resize(std::filesystem::file_size(file, error));
         in.read(text.data(), static_cast<std::streamsize>(text.size()));
         text.resize(static_cast<std::size_t>(in.gcount()));

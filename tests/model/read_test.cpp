@@ -141,6 +141,7 @@ TEST(Read, RefusesWhatCannotBeBorneAndNamesThePlace) {
         {animation(R"({"ty":0,"refId":"c"})", R"({"id":"c","nm":"Loop","layers":[{"ty":0,"refId":"c"}]})"),
          "composition \"Loop\": it contains itself"},
         {animation(R"({"ty":4,"sr":0})"), "layers[0].sr"},
+        {animation(R"({"ty":1,"sw":30001,"sh":5})"), "layers[0].sw: sizes go from 1 to 30000"},
         {animation(R"({"ty":4,"ks":{"p":{"a":0,"k":["x"]}}})"), "layers[0].ks.p.k: a number"},
         {animation(R"({"ty":4,"masksProperties":[{"pt":{"a":0,"k":{"v":[[0,0]],"i":[],"o":[[0,0]]}}}]})"),
          "layers[0].masksProperties[0].pt.k: a mask outline"},
