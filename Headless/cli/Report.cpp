@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <compare>
+#include <map>
 #include <set>
 
 #include "cli/Find.h"
@@ -59,11 +61,13 @@ int frameToShow(CompPictures& pictures, const model::Comp& comp, const Compariso
 
 struct Corner {
     double left = 0, top = 0;
+    auto operator<=>(const Corner&) const = default;
 };
 
-// Seen from a layer that shows the composition in both: what its anchor moved by.
+// Seen from the layers that show the composition in both: what the anchors of most of them moved by.
 std::optional<Corner> cornerByUse(const model::Project& before, const model::Project& after,
                                   const std::string& id) {
+    std::map<Corner, int> seen;
     const auto shows = [&](const model::Layer& layer) {
         return layer.source != nullptr && layer.source->comp && layer.source->comp->assetId == id;
     };
@@ -78,11 +82,13 @@ std::optional<Corner> cornerByUse(const model::Project& before, const model::Pro
             const model::Layer& second = *other->layers[i];
             if (shows(first) && shows(second)) {
                 const model::Vec3 moved = first.anchor.at(first.inFrame) - second.anchor.at(first.inFrame);
-                return Corner{moved.x, moved.y};
+                ++seen[{moved.x, moved.y}];
             }
         }
     }
-    return std::nullopt;
+    const auto most = std::max_element(seen.begin(), seen.end(),
+                                       [](const auto& a, const auto& b) { return a.second < b.second; });
+    return most == seen.end() ? std::nullopt : std::optional(most->first);
 }
 
 Corner cornerOf(ReportedProject& before, ReportedProject& after, const std::string& id, int frame,

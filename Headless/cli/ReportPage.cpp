@@ -180,6 +180,7 @@ std::string reportPage(const Json& report, ReportedProject& before, ReportedProj
     shown["resizedCount"] = shown["resized"].size();
     shown["anyResized"] = !shown["resized"].empty();
     for (Json& comp : shown["compared"]) {
+        comp["framesText"] = counted(comp["frames"], "frame");
         if (Json& worst = comp["worst"]; !worst.is_null()) {
             worst["visible"] = worst["pixels"] > 0;
             worst["pixelsText"] = counted(worst["pixels"], "pixel");

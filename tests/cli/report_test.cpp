@@ -58,6 +58,19 @@ TEST(Report, TheCropLiesWhereALayerThatShowsItSaysSo) {
         EXPECT_EQ(report["verdict"], "equal");
     }
 
+    const auto thrice = [](Size card, double square, std::vector<Numbers> anchors) {
+        CompSpec spec = project("Scene", {80, 80})
+                            .having(comp("Card", card).with(solid("Square", {20, 20}).at({square, square})));
+        for (const Numbers& anchor : anchors) {
+            spec.layers.push_back(useOf("Card", card).anchor(anchor));
+        }
+        return spec;
+    };
+    const Json oneAstray = reported(thrice({60, 60}, 10, {{0, 0}, {0, 0}, {0, 0}}),
+                                    thrice({20, 20}, 0, {{-19, -10}, {-10, -10}, {-10, -10}}));
+    EXPECT_EQ(oneAstray["verdict"], "shifted");
+    EXPECT_EQ(oneAstray["resized"][0]["crop"]["left"], 10);
+
     const Json root = reported(project("Scene", {80, 80}).with(solid("Square", {20, 20}).at({30, 20})),
                                project("Scene", {20, 20}).with(solid("Square", {20, 20})));
     EXPECT_EQ(root["resized"][0]["crop"], Json({{"left", 30}, {"top", 20}, {"width", 20}, {"height", 20}}));
