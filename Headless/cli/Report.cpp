@@ -116,8 +116,8 @@ std::int64_t areaOf(const model::Size& size) {
 }
 
 Json areaJson(std::int64_t before, std::int64_t after) {
-    const double saved = before == 0 ? 0 : 1 - static_cast<double>(after) / static_cast<double>(before);
-    return {{"before", before}, {"after", after}, {"saved", std::round(saved * 1e4) / 1e4}};
+    const double kept = before == 0 ? 1 : static_cast<double>(after) / static_cast<double>(before);
+    return {{"before", before}, {"after", after}, {"savedPercent", 100 * (1 - kept)}};
 }
 
 Json resizedJson(ReportedProject& before, ReportedProject& after, const ChangedComp& comp,

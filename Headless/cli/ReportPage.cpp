@@ -50,10 +50,10 @@ data viewOf(const Json& json) {
 // ---- Words --------------------------------------------------------------------------------------------
 
 void addWords(Json& area) {
-    const double saved = area["saved"];
+    const double saved = area["savedPercent"];
     area["beforeText"] = grouped(area["before"]);
     area["afterText"] = grouped(area["after"]);
-    area["savedText"] = shortNumber(std::round(saved * 1000) / 10) + " %";
+    area["savedText"] = shortNumber(std::round(saved * 10) / 10) + " %";
 }
 
 Json otherChanges(const Json& changed) {

@@ -1,7 +1,7 @@
 // What the tests here share: their arguments, the program under test, and pages that may load nothing.
 
 import assert from "node:assert/strict";
-import { spawnSync } from "node:child_process";
+import { execFile } from "node:child_process";
 import { mkdirSync, readFileSync } from "node:fs";
 import { createRequire } from "node:module";
 import path from "node:path";
@@ -13,12 +13,14 @@ mkdirSync(output, { recursive: true });
 export const inOutput = (name) => path.join(output, name);
 export const readJson = (file) => JSON.parse(readFileSync(file, "utf8"));
 
-// Exit code and standard output of the program; more than these codes is a failure.
-export function run(parts, codes = [0]) {
-  const { status, stdout, stderr } =
-    spawnSync(program, parts, { encoding: "utf8", timeout: 120_000, maxBuffer: 1 << 28 });
-  assert.ok(codes.includes(status), `kestrin ${parts.join(" ")} ended with ${status}: ${stderr}`);
-  return { status, stdout };
+// What the program prints; another exit code than these is a failure.
+export async function run(parts, codes = [0]) {
+  const options = { timeout: 200_000, maxBuffer: 1 << 28 };
+  const [error, stdout, stderr] =
+    await new Promise((done) => execFile(program, parts, options, (...outcome) => done(outcome)));
+  const code = error ? error.code : 0;
+  assert.ok(codes.includes(code), `kestrin ${parts.join(" ")} ended with ${code}: ${stderr}`);
+  return stdout;
 }
 
 const { chromium } = createRequire(packages + "/")("playwright-core");

@@ -7,18 +7,18 @@ import { pathToFileURL } from "node:url";
 import { examples, inOutput, openBrowser, openPage, readJson, run } from "./browser.mjs";
 
 const grouped = (number) => number.toLocaleString("en-US");
-const percent = (share) => `${Math.round(share * 1000) / 10} %`;
+const percent = ({ savedPercent }) => `${Math.round(savedPercent * 10) / 10} %`;
 const sizeText = ({ width, height }) => `${width} × ${height}`;
 const markup = `<script>document.title = "taken"</script><img src=x onerror=alert(1)> "q" 'a' &amp; 🏮 \u202Egnorw`;
 
 // The example with such names, cropped; and the same with one use of the crop moved.
-function makeFiles() {
+async function makeFiles() {
   const project = readJson(`${examples}/lanterns.json`);
   project.nm = `Scene ${markup}`;
   for (const asset of project.assets) if (asset.layers) asset.nm = `Lantern ${markup}`;
   const files = Object.fromEntries(["before", "cropped", "shifted"].map((name) => [name, inOutput(`${name}.json`)]));
   writeFileSync(files.before, JSON.stringify(project));
-  run(["crop", files.before, "--layer", "Big lantern", "--duration", "--padding", "2", "-o", files.cropped]);
+  await run(["crop", files.before, "--layer", "Big lantern", "--duration", "--padding", "2", "-o", files.cropped]);
   const shifted = readJson(files.cropped);
   const use = shifted.layers.find((layer) => layer.nm === "Big lantern");
   use.ks.a.k = use.ks.a.k.map((value, axis) => value + (axis === 0 ? 9 : 0));
@@ -26,12 +26,13 @@ function makeFiles() {
   return files;
 }
 
-const files = makeFiles();
-const reports = Object.fromEntries([["cropped", 0], ["shifted", 1]].map(([name, code]) => {
+const files = await makeFiles();
+const reports = {};
+for (const [name, code] of [["cropped", 0], ["shifted", 1]]) {
   const page = inOutput(`${name}.html`);
-  const { stdout } = run(["report", files.before, files[name], "-o", page, "--json"], [code]);
-  return [name, { facts: JSON.parse(stdout), url: pathToFileURL(page).href }];
-}));
+  const facts = await run(["report", files.before, files[name], "-o", page, "--json"], [code]);
+  reports[name] = { facts: JSON.parse(facts), url: pathToFileURL(page).href };
+}
 
 const browser = await openBrowser();
 test.after(() => browser.close());
@@ -46,7 +47,7 @@ for (const [name, { facts, url }] of Object.entries(reports)) {
     assert.equal(await page.locator("h1").textContent(), facts.conclusion);
     assert.equal(await page.locator("h1").getAttribute("data-verdict"), facts.verdict);
     assert.deepEqual(await texts(page, "#summary b"), [String(facts.resized.length), grouped(facts.area.before),
-      grouped(facts.area.after), percent(facts.area.saved)]);
+      grouped(facts.area.after), percent(facts.area)]);
     assert.deepEqual(await page.locator(".files bdi").allTextContents(), [facts.before.file, facts.after.file]);
 
     const articles = page.locator("#resized article");
@@ -56,7 +57,7 @@ for (const [name, { facts, url }] of Object.entries(reports)) {
       assert.equal(await article.locator("h3").textContent(), comp.name);
       assert.equal(await article.locator(".from").innerText(), sizeText(comp.before));
       assert.equal(await article.locator(".to").innerText(), sizeText(comp.after));
-      assert.equal(await article.locator(".share").innerText(), percent(comp.area.saved));
+      assert.equal(await article.locator(".share").innerText(), percent(comp.area));
       const crop = await article.locator("rect.crop").evaluate((rect) =>
         Object.fromEntries(["x", "y", "width", "height"].map((part) => [part, rect[part].baseVal.value])));
       assert.deepEqual(crop, { x: comp.crop.left, y: comp.crop.top, width: comp.crop.width, height: comp.crop.height });

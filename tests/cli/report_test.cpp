@@ -74,7 +74,7 @@ TEST(Report, TheCropLiesWhereALayerThatShowsItSaysSo) {
     const Json root = reported(project("Scene", {80, 80}).with(solid("Square", {20, 20}).at({30, 20})),
                                project("Scene", {20, 20}).with(solid("Square", {20, 20})));
     EXPECT_EQ(root["resized"][0]["crop"], Json({{"left", 30}, {"top", 20}, {"width", 20}, {"height", 20}}));
-    EXPECT_EQ(root["area"], Json({{"before", 6400}, {"after", 400}, {"saved", 0.9375}}));
+    EXPECT_EQ(root["area"], Json({{"before", 6400}, {"after", 400}, {"savedPercent", 93.75}}));
 }
 
 TEST(Report, FramesThatShowSomethingWithinABudget) {
