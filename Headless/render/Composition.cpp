@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 #include <utility>
 
 namespace headless::render {
@@ -38,9 +37,20 @@ std::optional<std::string> Library::nameOf(const Json& reference) const {
     return found->second;
 }
 
-std::string Library::add(Json layers) {
+void Library::append(const std::string& asset) {
+    if (!assets_.empty()) assets_ += ',';
+    assets_ += asset;
+}
+
+void Library::put(const std::string& name, const std::string& layers) {
+    append(R"({"id":")" + name + R"(","layers":)");
+    assets_ += layers;
+    assets_ += '}';
+}
+
+std::string Library::add(const std::string& layers) {
     std::string name = "w" + std::to_string(added_++);
-    put({{"id", name}, {"layers", std::move(layers)}});
+    put(name, layers);
     return name;
 }
 
@@ -59,14 +69,13 @@ Composition::Composition(const Json& layers, const Clock& clock, Library& librar
     }
 }
 
-Json Composition::drawn() {
-    Layers result;
+std::string Composition::drawn() {
+    List list;
     for (std::size_t index = 0; index < layers_.size(); ++index) {
         if (isSet(layers_[index], "hd") || !standsForItself(index)) continue;
-        Layers layers = matted(index);
-        std::move(layers.begin(), layers.end(), std::back_inserter(result));
+        for (const Json& layer : matted(index)) write(list, layer);
     }
-    return withParents(std::move(result));
+    return withParents(std::move(list));
 }
 
 std::optional<std::size_t> Composition::parentOf(std::size_t index) const {
@@ -240,28 +249,35 @@ Json Composition::united(Layers layers) {
 }
 
 Json Composition::endlessUse(Layers layers) {
+    List list;
+    for (const Json& layer : layers) write(list, layer);
     return {{"ddd", 0},
             {"ty", precomp},
-            {"refId", library_.add(withParents(std::move(layers)))},
+            {"refId", library_.add(withParents(std::move(list)))},
             {"ip", -Clock::ever},
             {"op", Clock::ever},
             {"st", 0},
             {"ks", Json::object()}};
 }
 
+void Composition::write(List& list, const Json& layer) {
+    if (list.text.size() > 1) list.text += ',';
+    list.text += layer.dump();
+    const auto parent = layer.find("parent");
+    if (parent == layer.end()) return;
+    const auto index = parent->get<std::size_t>();
+    if (list.parents.insert(index).second) list.missing.push_back(index);
+}
+
 // Parents only move their children here, whatever else is drawn of them and however.
-Json Composition::withParents(Layers layers) const {
-    std::set<std::size_t> added;
-    for (std::size_t position = 0; position < layers.size(); ++position) {
-        const auto parent = layers[position].find("parent");
-        if (parent == layers[position].end()) continue;
-        const std::size_t index = parent->get<std::size_t>();
-        if (!added.insert(index).second) continue;
+std::string Composition::withParents(List list) const {
+    for (std::size_t i = 0; i < list.missing.size(); ++i) {
+        const std::size_t index = list.missing[i];
         Json holder = placed(index, null, false);
         holder["ind"] = index;
-        layers.push_back(std::move(holder));
+        write(list, holder);
     }
-    return Json(std::move(layers));
+    return std::move(list.text) + ']';
 }
 
 }  // namespace headless::render

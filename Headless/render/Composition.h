@@ -7,6 +7,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "render/Masks.h"
 #include "render/Property.h"
@@ -14,17 +15,18 @@
 
 namespace headless::render {
 
-// The assets of the rewritten document: those of the file under names of our own, and compositions that
-// rewriting adds.
+// The assets of the rewritten document, as text: those of the file under names of our own, and compositions
+// that rewriting adds.
 class Library {
  public:
     explicit Library(double framesPerSecond) : framesPerSecond_(framesPerSecond) {}
 
     void rename(const Json& asset);
     std::optional<std::string> nameOf(const Json& reference) const;
-    void put(Json asset) { assets_.push_back(std::move(asset)); }
-    std::string add(Json layers);  // returns its name
-    Json take() { return std::move(assets_); }
+    void put(const Json& asset) { append(asset.dump()); }
+    void put(const std::string& name, const std::string& layers);
+    std::string add(const std::string& layers);  // returns its name
+    std::string take() { return std::move(assets_); }
 
     // Of a remapped time in seconds. The renderer reads times only up to the end of the document.
     double stepAt(double seconds);
@@ -34,7 +36,9 @@ class Library {
     double framesPerSecond_;
     double lastStep_ = 0;
     std::map<std::string, std::string> names_;
-    Json assets_ = Json::array();
+    void append(const std::string& asset);
+
+    std::string assets_;  // with commas between
     std::size_t added_ = 0;
 };
 
@@ -43,9 +47,17 @@ class Composition {
     // All three are borrowed.
     Composition(const Json& layers, const Clock& clock, Library& library);
 
-    Json drawn();
+    // The list of layers, as text.
+    std::string drawn();
 
  private:
+    // A list that is being written, and the parents that its layers need.
+    struct List {
+        std::string text = "[";
+        std::set<std::size_t> parents;
+        std::vector<std::size_t> missing;  // of these: those that are not in the list yet
+    };
+
     std::optional<std::size_t> parentOf(std::size_t index) const;
     std::optional<std::size_t> matteSourceOf(std::size_t index) const;
     bool standsForItself(std::size_t index) const;
@@ -59,7 +71,8 @@ class Composition {
 
     Json united(Layers layers);
     Json endlessUse(Layers layers);
-    Json withParents(Layers layers) const;
+    static void write(List& list, const Json& layer);
+    std::string withParents(List list) const;
 
     const Json& layers_;
     const Clock& clock_;

@@ -31,14 +31,15 @@ std::string normalise(Json document, const Scene& scene) {
         const std::string name = library.nameOf(memberOf(asset, "id")).value();
         if (const Json& layers = memberOf(asset, "layers"); layers.is_array()) {
             const Clock clock;
-            library.put({{"id", name}, {"layers", Composition(layers, clock, library).drawn()}});
+            library.put(name, Composition(layers, clock, library).drawn());
         } else {
             library.put(imageAsset(asset, name));
         }
     }
     const Clock clock(scene.firstFrame);
     const Json& layers = memberOf(document, "layers");
-    library.put({{"id", sceneName}, {"layers", Composition(layers, clock, library).drawn()}});
+    library.put(sceneName, Composition(layers, clock, library).drawn());
+    document = nullptr;  // it may be large
 
     // The scene as a whole: from its frames to steps, its first frame to 0, clipped where the canvas is larger.
     const int frames = std::max(1, static_cast<int>(std::ceil(scene.endFrame - scene.firstFrame)));
@@ -53,10 +54,11 @@ std::string normalise(Json document, const Scene& scene) {
                     {"ip", 0},
                     {"op", std::max<double>(frames, std::ceil(library.lastStep())) + 3},
                     {"w", scene.canvasWidth},
-                    {"h", scene.canvasHeight},
-                    {"assets", library.take()},
-                    {"layers", Json::array({std::move(use)})}};
-    return root.dump();
+                    {"h", scene.canvasHeight}};
+    std::string text = root.dump();
+    text.back() = ',';
+    text += R"("assets":[)" + library.take() + R"(],"layers":[)" + use.dump() + "]}";
+    return text;
 }
 
 }  // namespace headless::render
