@@ -167,8 +167,22 @@ void transformRecorded(Project& project, Layer& layer, const Transform& transfor
     }
 }
 
+// The first of several layers with one index is meant by it. Null where no other has the layer's.
+const Layer* firstOfSeveral(const Layer& layer) {
+    const Layer* first = nullptr;
+    int count = 0;
+    for (const LayerPtr& other : layer.comp->layers) {
+        if (other->index && other->index == layer.index) {
+            first = first != nullptr ? first : other.get();
+            ++count;
+        }
+    }
+    return count > 1 ? first : nullptr;
+}
+
 void giveIndex(Project& project, Layer& layer) {
-    if (!layer.index) {
+    const Layer* meant = firstOfSeveral(layer);
+    if (!layer.index || (meant != nullptr && meant != &layer)) {
         setLayerField(
             project, layer, [](Layer& l) -> std::optional<int>& { return l.index; },
             std::optional<int>(freeIndex(*layer.comp)));
@@ -275,6 +289,10 @@ Layer& addLayer(Project& project, Comp& comp, Item& source) {
 }
 
 void moveLayer(Project& project, Layer& layer, std::size_t newIndex) {
+    if (firstOfSeveral(layer) != nullptr) {
+        throw EditError("several layers have the index " + std::to_string(*layer.index) +
+                        ", and another one could become the first");
+    }
     Comp& comp = *layer.comp;
     const std::size_t oldIndex = project.indexOf(layer);
     const LayerPtr held = comp.layers[oldIndex];

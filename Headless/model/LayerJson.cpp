@@ -19,11 +19,12 @@ const Json* memberOf(const Json& json, const char* key) {
     return found == json.end() ? nullptr : &*found;
 }
 
+constexpr double largest = 1e12;  // no coordinate or time is anywhere near
+
 double number(const Json& json, const std::string& path) {
     if (!json.is_number()) {
         fail(path, "a number is needed here");
     }
-    constexpr double largest = 1e12;  // no coordinate or time is anywhere near
     const double value = json.get<double>();
     if (!(std::abs(value) <= largest)) {
         fail(path, "the number " + json.dump() + " is out of range");
@@ -360,6 +361,11 @@ bool sameMasks(const std::vector<std::shared_ptr<Mask>>& a, const std::vector<st
 }  // namespace
 
 Json jsonNumber(double value) {
+    if (!(std::abs(value) <= largest)) {
+        throw ProjectError(
+            "a position or a size has left the range of 1e12 to either side, so that the result "
+            "could not be read again");
+    }
     constexpr double exact = 9007199254740992.0;
     if (value == std::trunc(value) && std::abs(value) < exact) {
         return static_cast<std::int64_t>(value);

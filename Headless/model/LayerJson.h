@@ -11,7 +11,7 @@ namespace headless::model {
 void patchLayer(Json& json, const Layer& layer, const LayerData& asRead,
                 const std::vector<std::shared_ptr<Mask>>& masksAsRead, std::optional<int> parentAsRead);
 
-// A whole number is written without a fraction.
+// A whole number is written without a fraction. Throws ProjectError where it could not be read again.
 Json jsonNumber(double value);
 
 // The number at json[key], or `otherwise` where there is none. Throws ProjectError naming path.key when

@@ -43,7 +43,10 @@ void editLayers(model::Project& project, model::Comp& comp) {
     }
     if (comp.layers.size() > 2) {
         model::deleteLayer(project, *comp.layers[1]);
-        model::moveLayer(project, *comp.layers[0], comp.layers.size() - 1);
+        try {
+            model::moveLayer(project, *comp.layers[0], comp.layers.size() - 1);
+        } catch (const model::EditError&) {  // others have its index
+        }
     }
 }
 
@@ -74,7 +77,12 @@ void tryInput(const std::string& text) {
     require(project->write() == text, "written as it was read");
     drawEach(*project);
     edit(*project);
-    const std::string edited = project->write();
+    std::string edited;
+    try {
+        edited = project->write();
+    } catch (const model::ProjectError&) {  // a number grew too large
+        return;
+    }
     drawEach(*model::Project::read(edited));
     require(project->history.undo() && project->write() == text, "undo gives the file again");
     require(project->history.redo() && project->write() == edited, "redo gives the result again");
