@@ -116,7 +116,8 @@ Verdict verdictOf(const render::Difference& difference, const render::Picture& f
     }
     const bool noise = difference.largest <= noiseLevels &&
                        render::difference(first, second, faintLevels).count <= noisePixels &&
-                       render::pixelsInside(first, second, invisibleLevels) <= noisePixels;
+                       render::pixelsInside(first, second, invisibleLevels) <= noisePixels &&
+                       !render::fitsBetterMoved(first, second, faintLevels);
     return noise ? Verdict::EdgeNoise : Verdict::Shifted;
 }
 

@@ -19,7 +19,7 @@ namespace headless::cli {
 enum class Verdict {
     Equal,  // no pixel differs by more than 2 of 255
     // By at most 64 on at most 40 pixels of a frame, and by at most 8 along thin lines: what an edge drawn at
-    // another fraction of a pixel leaves.
+    // another fraction of a pixel leaves. Faint content that lies a pixel elsewhere is none of it.
     EdgeNoise,
     Shifted,
 };

@@ -1,7 +1,9 @@
 #include "render/Difference.h"
 
 #include <algorithm>
+#include <array>
 #include <cassert>
+#include <cstdint>
 #include <cstdlib>
 
 namespace headless::render {
@@ -62,6 +64,31 @@ std::size_t pixelsInside(const PictureView& one, const PictureView& other, int t
         }
     }
     return count;
+}
+
+bool fitsBetterMoved(const PictureView& one, const PictureView& other, int tolerance) {
+    constexpr std::size_t handful = 8;
+    assert(one.width == other.width && one.height == other.height);
+    const auto apart = [&](int x, int y, int otherX, int otherY) {
+        return distance(one.pixels[static_cast<std::size_t>(y) * one.width + x],
+                        other.pixels[static_cast<std::size_t>(otherY) * one.width + otherX]);
+    };
+    std::array<std::int64_t, 9> sums{};  // by the direction moved; the middle one stays
+    std::size_t count = 0;
+    for (int y = 2; y + 2 < one.height; ++y) {
+        for (int x = 2; x + 2 < one.width; ++x) {
+            if (apart(x, y, x, y) <= tolerance) continue;
+            ++count;
+            for (int near = 0; near < 9; ++near) {
+                const int nearX = x - 1 + near % 3;
+                const int nearY = y - 1 + near / 3;
+                for (int move = 0; move < 9; ++move) {
+                    sums[move] += apart(nearX, nearY, nearX - 1 + move % 3, nearY - 1 + move / 3);
+                }
+            }
+        }
+    }
+    return count > handful && *std::min_element(sums.begin(), sums.end()) * 2 < sums[4];
 }
 
 std::optional<PixelBox> visibleBounds(const PictureView& picture) {

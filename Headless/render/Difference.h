@@ -37,6 +37,11 @@ Difference difference(const PictureView& one, const PictureView& other, int tole
 // differences are lines of at most two pixels.
 std::size_t pixelsInside(const PictureView& one, const PictureView& other, int tolerance);
 
+// Whether the pixels that differ by more than the tolerance, with those around them, come closer to the other
+// picture's by more than half once that one is moved by one pixel. Not asked of a handful of pixels: those fit
+// by chance.
+bool fitsBetterMoved(const PictureView& one, const PictureView& other, int tolerance);
+
 // Around the pixels that are not wholly transparent; nothing where there are none.
 std::optional<PixelBox> visibleBounds(const PictureView& picture);
 

@@ -82,6 +82,13 @@ TEST(Comparison, EdgeNoiseIsFewFaintPixels) {
     EXPECT_EQ(compared(scene(10, "#808080", {9, 41}), scene(10, "#838383", {9, 41})).verdict(),
               Verdict::Shifted);  // faint, but no line
 
+    const auto faint = [](double x) {
+        return project("Scene", {80, 80})
+            .with(solid("Faint", {18, 18}, "#a0a0a0").at({x, 10}))
+            .with(solid("Paper", {80, 80}, "#808080"));
+    };
+    EXPECT_EQ(compared(faint(10), faint(11)).verdict(), Verdict::Shifted);  // few and faint, yet moved
+
     const Comparison shifted = compared(scene(10, "#808080"), scene(11, "#808080"));
     ASSERT_EQ(shifted.verdict(), Verdict::Shifted);
     EXPECT_EQ(shifted.compared[0].worst.largest, 255);
