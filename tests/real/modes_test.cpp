@@ -71,25 +71,6 @@ TEST_F(RealModes, MasksLimitTheDurationCrop) {
     EXPECT_NE(verdict(89), Verdict::Shifted);
 }
 
-TEST_F(RealModes, AnotherTimeScaleCountsTheSameFrames) {
-    open("navidad.json", "", 9);
-    run(Command::Duration);
-    const auto frames = workplace->session().progressShown().size();
-    const model::Size size = source->size;
-    workplace.reset();
-    SessionOptions options;
-    options.durationScale = 1001;
-    ui::PreparedAnswers answers;
-    Session session(model::Project::open(std::string(KESTRIN_REAL_FILES) + "/navidad.json"), answers, options);
-    session.loadPlugin(KESTRIN_PLUGIN);
-    model::Comp& root = session.project().root();
-    session.select(root, {{root.layers[8]->id, -1}});
-    EXPECT_TRUE(holdKeysFor(session, Command::Duration).enabled);
-    EXPECT_EQ(session.runCommand(session.pluginCommand()), 0);
-    EXPECT_NEAR(static_cast<double>(session.progressShown().size()), static_cast<double>(frames), 1);
-    EXPECT_EQ(root.layers[8]->source->size.width + 4, size.width);  // without the padding
-}
-
 TEST_F(RealModes, CancelledInTheMiddleItChangesNothing) {
     open("coins.json", "in-reveal", 1);
     const std::string text = project().write();
@@ -102,18 +83,6 @@ TEST_F(RealModes, CancelledInTheMiddleItChangesNothing) {
     };
     EXPECT_EQ(workplace->session().runCommand(workplace->session().pluginCommand()), 0);
     EXPECT_EQ(keysRead, 20);
-    EXPECT_EQ(project().write(), text);
-}
-
-TEST_F(RealModes, AnEmptyCompositionIsLeft) {
-    open("background.json", "", 1);
-    const std::string text = project().write();
-    try {
-        run(Command::Duration);
-        ADD_FAILURE() << "something was visible";
-    } catch (const Stop& stop) {
-        EXPECT_EQ(stop.code, ExitCode::NothingToDo) << stop.what();
-    }
     EXPECT_EQ(project().write(), text);
 }
 

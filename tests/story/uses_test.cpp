@@ -36,6 +36,7 @@ TEST_F(Story, AnchorsAndMasksOfEveryUseFollow) {
     Json& mask = scene.layers[4].json_["masksProperties"][0]["pt"]["k"];
     mask["i"][0] = {-5, 6};
     mask["o"][0] = {7, 8};
+    scene.layers[3].json_["ks"]["a"]["k"][1]["h"] = 1;
     open(scene);
     select({"C"});
     std::vector<Picture> before;
@@ -50,7 +51,8 @@ TEST_F(Story, AnchorsAndMasksOfEveryUseFollow) {
     expectNear(layer("deep").anchor.value, {200, 27, 12});
     expectNear(layer("keyed").anchor.keys[0].value, {0, 50, 4.6296});  // z of a keyframed anchor stays scaled
     expectNear(layer("keyed").anchor.keys[1].value, {700, 450, 9.2593});
-    EXPECT_EQ(layer("keyed").anchor.keys[0].out, model::Interpolation::Bezier);
+    EXPECT_EQ(layer("keyed").anchor.keys[1].in, model::Interpolation::Bezier);
+    EXPECT_EQ(layer("keyed").anchor.keys[1].out, model::Interpolation::Hold);
     const auto& vertex = layer("masked").masks[0]->path.value.vertices[0];
     expectNear(vertex.point, {800, 30, 0});
     expectNear(vertex.inTangent, {-5, 6, 0});
