@@ -184,7 +184,8 @@ void cropFile(const BatchRequest& request, FileOutcome& file) {
         });
         const bool changed = file.result->count(Outcome::Cropped) > 0;
         if (changed || !request.inPlace) {
-            writeWhole(file.output, workplace.session().project().write());
+            writeWhole(file.output, fileContent(workplace.session().project(), options.project,
+                                                options.animation, file.output));
             file.written = true;
         }
         file.code = file.result->count(Outcome::PutBack) > 0 ? ExitCode::SomePutBack

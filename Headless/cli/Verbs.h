@@ -3,9 +3,11 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "cli/ExitCode.h"
 #include "model/Project.h"
@@ -28,9 +30,21 @@ void addReport(CLI::App& program, Action& action);
 // ---- What verbs have in common ----------------------------------------------------------------------
 
 void addImageFolder(CLI::App& verb, std::string& folder);
+void addAnimation(CLI::App& verb, std::string& id);
 void addResolution(CLI::App& verb, std::string& word);
-// Throws model::ProjectError.
-std::unique_ptr<model::Project> openProject(const std::string& file, const std::string& imageFolder);
+// A Lottie file, or one animation of an archive: the one with this id, or the only one where none is said.
+// Throws Stop and model::ProjectError.
+std::unique_ptr<model::Project> openProject(const std::string& file, const std::string& imageFolder,
+                                            const std::string& animation = "");
+// The ids of an archive's animations; none for a Lottie file, which is a single one. Throws
+// model::ProjectError.
+std::vector<std::string> animationIds(const std::string& file);
+// What `output` is to hold of a project that was opened from `input`. A name that ends in .lottie, or an input
+// that is an archive and written over, takes an archive: the input's with this animation replaced, or a new
+// one; any other name takes the animation alone. Throws Stop where the animation cannot stand alone, and
+// model::ProjectError.
+std::string fileContent(const model::Project& project, const std::string& input, const std::string& animation,
+                        const std::filesystem::path& output);
 // A line on the standard error stream, as the program speaks there.
 void say(const std::string& message);
 

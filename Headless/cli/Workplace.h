@@ -15,7 +15,7 @@
 namespace headless::cli {
 
 struct WorkplaceOptions {
-    std::string project, images, plugin, preferences, answerFile;
+    std::string project, animation, images, plugin, preferences, answerFile;
     std::vector<std::string> answers;
     int depth = 8;
 };

@@ -65,7 +65,8 @@ ExitCode run(Options& options, bool maskCrop) {
     print(warningsFor(workplace.session().project(), cropTargets(workplace.session().project(), comp)));
     const CropResult result = crop(workplace, comp, options.request);
 
-    writeWhole(output, workplace.session().project().write());
+    writeWhole(output, fileContent(workplace.session().project(), options.workplace.project,
+                                   options.workplace.animation, output));
     const auto& messages = workplace.session().messages();
     workplace.printMessages();
     print(result, std::any_of(messages.begin(), messages.end(),
@@ -80,7 +81,7 @@ void addCrop(CLI::App& program, Action& action) {
     auto options = std::make_shared<Options>();
     CLI::App* verb = program.add_subcommand("crop", "Crop compositions to what is visible");
     CropRequest& request = options->request;
-    verb->add_option("PROJECT", options->projects, "Lottie file; several with --all")
+    verb->add_option("PROJECT", options->projects, "Lottie file or .lottie archive; several with --all")
         ->required()
         ->expected(1, -1)
         ->type_name("");

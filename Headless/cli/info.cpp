@@ -94,11 +94,15 @@ void printComp(const model::Project& project, const model::Comp& comp, const Use
     }
 }
 
-ExitCode run(const std::string& file, const std::string& images) {
-    const auto project = openProject(file, images);
+struct Options {
+    std::string project, animation, images;
+};
+
+ExitCode run(const Options& options) {
+    const auto project = openProject(options.project, options.images, options.animation);
     const auto comps = std::count_if(project->items.begin(), project->items.end(),
                                      [](const model::ItemPtr& item) { return item->comp != nullptr; });
-    std::cout << printable(file) << ": " << counted(comps, "composition") << ", "
+    std::cout << printable(options.project) << ": " << counted(comps, "composition") << ", "
               << shortNumber(project->frameRate()) << " frames a second\n";
     const Uses uses = usesIn(*project);
     for (const model::ItemPtr& item : project->items) {
@@ -112,13 +116,13 @@ ExitCode run(const std::string& file, const std::string& images) {
 }  // namespace
 
 void addInfo(CLI::App& program, Action& action) {
-    auto file = std::make_shared<std::string>();
-    auto images = std::make_shared<std::string>();
+    auto options = std::make_shared<Options>();
     CLI::App* verb = program.add_subcommand("info", "List compositions, sizes, layers and uses");
-    verb->add_option("PROJECT", *file, "Lottie file")->required()->type_name("");
-    addImageFolder(*verb, *images);
+    verb->add_option("PROJECT", options->project, "Lottie file or .lottie archive")->required()->type_name("");
+    addImageFolder(*verb, options->images);
+    addAnimation(*verb, options->animation);
     verb->footer("Example: kestrin info examples/lanterns.json");
-    verb->callback([&action, file, images] { action = [file, images] { return run(*file, *images); }; });
+    verb->callback([&action, options] { action = [options] { return run(*options); }; });
 }
 
 }  // namespace headless::cli

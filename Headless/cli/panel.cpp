@@ -61,7 +61,8 @@ ExitCode run(const Options& options) {
     if (alerted && result.resized.empty() && result.added.empty()) {
         return ExitCode::NothingToDo;
     }
-    writeWhole(output, session.project().write());
+    writeWhole(output,
+               fileContent(session.project(), options.workplace.project, options.workplace.animation, output));
     print(result, alerted);
     std::cout << "wrote " << printable(output.string()) << '\n';
     return ExitCode::Done;
@@ -74,9 +75,11 @@ void addPanel(CLI::App& program, Action& action) {
     CLI::App* verb = program.add_subcommand("panel", "Run a request as the companion panel would leave it");
     verb->add_option("REQUEST", options->request, "1 crop, 2 duration crop, 3 mask crop, 4 preferences")
         ->required()
-        ->check(CLI::Range(1, 4))
+        ->check(CLI::Range(1, 4).description(""))
+        ->type_name("1|2|3|4");
+    verb->add_option("PROJECT", options->workplace.project, "Lottie file or .lottie archive")
+        ->required()
         ->type_name("");
-    verb->add_option("PROJECT", options->workplace.project, "Lottie file")->required()->type_name("");
     addSelectionOptions(*verb, options->selection, "Layer that is selected");
     addWorkplaceOptions(*verb, options->workplace);
     verb->add_option("-o,--output", options->output, "File to write")->type_name("FILE");

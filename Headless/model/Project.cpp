@@ -85,4 +85,11 @@ std::string assetIdOf(const Json& asset) {
     return idAt(asset, "id");
 }
 
+std::string outerPictureOf(const Json& asset) {
+    const std::string name = textAt(asset, "p");
+    const std::string picture = textAt(asset, "u") + name;
+    const bool embedded = name.starts_with("data:") || picture.starts_with("data:");
+    return asset.contains("w") && !embedded ? picture : "";
+}
+
 }  // namespace headless::model

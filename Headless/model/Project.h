@@ -145,9 +145,22 @@ struct Comp {
     double frameCount() const { return endFrame - firstFrame; }
 };
 
+// Pictures that come with the document, such as those beside it in an archive. A picture is named by folder and
+// file name together, as its asset states them.
+class PictureStore {
+ public:
+    virtual ~PictureStore() = default;
+    // Nothing where there is no such picture.
+    virtual std::optional<std::uint64_t> sizeOf(const std::string& picture) const = 0;
+    // Throws ProjectError.
+    virtual std::string contentOf(const std::string& picture) const = 0;
+};
+
+// Pictures outside the file are taken from `pictures` or else from `imageFolder`, and from nowhere beside.
 struct ReadOptions {
-    std::string name;                                  // of the root where the file has none
-    std::optional<std::filesystem::path> imageFolder;  // pictures outside the file are taken from here only
+    std::string name;  // of the root where the file has none
+    std::optional<std::filesystem::path> imageFolder;
+    std::shared_ptr<const PictureStore> pictures = nullptr;
 };
 
 class Project {
@@ -166,6 +179,11 @@ class Project {
 
     // A document that shows one composition: its layers as root layers, and the assets that they reach.
     Json documentOf(const Comp& comp) const;
+
+    // The pictures that the document takes from elsewhere.
+    std::vector<std::string> outerPictures() const;
+    // Throws ProjectError.
+    std::string pictureContent(const std::string& picture) const;
 
     // A layer's object as it would be written now.
     Json layerJson(const Layer& layer) const;
@@ -201,6 +219,7 @@ class Project {
     Json withPicture(const Json& asset) const;
 
     std::optional<std::filesystem::path> imageFolder_;
+    std::shared_ptr<const PictureStore> pictures_;
     std::string text_;
     std::vector<Json> assets_;             // of the file, in order: shells of compositions and whole others
     std::vector<Layer*> layers_{nullptr};  // by id, from 1; null where a layer is gone
@@ -210,6 +229,11 @@ class Project {
 
 // The id of an asset object as text; empty where it has none.
 std::string assetIdOf(const Json& asset);
+// The picture that an asset takes from elsewhere; empty where it takes none.
+std::string outerPictureOf(const Json& asset);
+
+// What a file holds. Throws ProjectError.
+std::string bytesOf(const std::filesystem::path& file);
 
 // Reads the fields of one layer object. Throws ProjectError with the place below `path`.
 void readLayer(const Json& json, const std::string& path, LayerData& layer,

@@ -19,8 +19,9 @@ constexpr std::uintmax_t largestFile = 512 << 20;
 constexpr int largestSize = 30'000;         // the host's own limit for a composition
 constexpr double largestFrame = 2'000'000;  // keeps every time inside the host's 32-bit values
 constexpr double largestFrameRate = 1'000;
-constexpr int deepestNesting = 20;                // beyond it the renderer draws nothing
-constexpr double mostExpandedLayers = 2'000'000;  // with each use of a composition counted anew
+constexpr int deepestNesting = 20;                    // beyond it the renderer draws nothing
+constexpr double mostExpandedLayers = 2'000'000;      // with each use of a composition counted anew
+constexpr std::uint64_t largestPictures = 512 << 20;  // of those that come with the file, in bytes
 
 [[noreturn]] void fail(const std::string& path, const std::string& what) {
     throw ProjectError(path + ": " + what);
@@ -223,11 +224,18 @@ class Reader {
         }
     }
 
-    // A picture is inside the file, or under the folder that the person allowed.
-    void checkImage(const Json& asset, const std::string& path) const {
-        const std::string file = textAt(asset, "u") + textAt(asset, "p");
-        if (!asset.contains("w") || file.empty() || file.starts_with("data:") ||
-            textAt(asset, "p").starts_with("data:")) {
+    // A picture is inside the file, comes with it, or lies under the folder that the person allowed.
+    void checkImage(const Json& asset, const std::string& path) {
+        const std::string file = outerPictureOf(asset);
+        if (file.empty()) {
+            return;
+        }
+        if (const auto size = options_.pictures ? options_.pictures->sizeOf(file) : std::nullopt) {
+            picturesSize_ += *size;
+            if (picturesSize_ > largestPictures) {
+                fail(path, "up to here the pictures come to more than " +
+                               std::to_string(largestPictures >> 20) + " MiB");
+            }
             return;
         }
         if (!options_.imageFolder) {
@@ -512,6 +520,7 @@ class Reader {
     Project& project_;
     const ReadOptions& options_;
     Json shell_;
+    std::uint64_t picturesSize_ = 0;
     std::vector<LayerList> lists_;
     std::unordered_map<std::string, Item*> assetItems_;
     std::unordered_map<int, Item*> assetOfPlace_;
@@ -521,16 +530,17 @@ std::unique_ptr<Project> Project::read(std::string text, const ReadOptions& opti
     auto project = std::make_unique<Project>();
     project->text_ = std::move(text);
     project->imageFolder_ = options.imageFolder;
+    project->pictures_ = options.pictures;
     Reader(*project, options).read();
     project->itemsInText_ = project->items.size();
     return project;
 }
 
 std::unique_ptr<Project> Project::copy() const {
-    return read(write(), {root().item->name, imageFolder_});
+    return read(write(), {root().item->name, imageFolder_, pictures_});
 }
 
-std::unique_ptr<Project> Project::open(const std::filesystem::path& file, const ReadOptions& options) {
+std::string bytesOf(const std::filesystem::path& file) {
     std::error_code error;
     if (!std::filesystem::exists(file, error)) {
         throw ProjectError(file.string() + ": there is no such file");
@@ -552,6 +562,11 @@ std::unique_ptr<Project> Project::open(const std::filesystem::path& file, const 
     if (!in && !in.eof()) {
         throw ProjectError(file.string() + ": the file cannot be read");
     }
+    return text;
+}
+
+std::unique_ptr<Project> Project::open(const std::filesystem::path& file, const ReadOptions& options) {
+    std::string text = bytesOf(file);
     ReadOptions named = options;
     if (named.name.empty()) {
         named.name = file.stem().string();

@@ -184,17 +184,36 @@ void Project::writeAssets(std::string& out) const {
     out += ']';
 }
 
-Json Project::withPicture(const Json& asset) const {
-    const std::string name = textAt(asset, "u") + textAt(asset, "p");
-    if (!imageFolder_ || name.empty() || textAt(asset, "p").starts_with("data:")) {
-        return asset;
+std::vector<std::string> Project::outerPictures() const {
+    std::vector<std::string> pictures;
+    for (const Json& asset : assets_) {
+        const std::string picture = outerPictureOf(asset);
+        if (!picture.empty() && !assetIdOf(asset).empty()) {  // without an id nothing shows it
+            pictures.push_back(picture);
+        }
     }
-    const std::filesystem::path file = *imageFolder_ / name;
+    return pictures;
+}
+
+std::string Project::pictureContent(const std::string& picture) const {
+    if (pictures_ && pictures_->sizeOf(picture)) {
+        return pictures_->contentOf(picture);
+    }
+    const std::filesystem::path file = imageFolder_.value() / picture;
     std::ifstream in(file, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(in), {}};
+    std::string bytes{std::istreambuf_iterator<char>(in), {}};
     if (!in || bytes.empty()) {
         throw ProjectError(file.string() + ": the picture cannot be read");
     }
+    return bytes;
+}
+
+Json Project::withPicture(const Json& asset) const {
+    const std::string picture = outerPictureOf(asset);
+    if (picture.empty()) {
+        return asset;
+    }
+    const std::string bytes = pictureContent(picture);
     const bool jpeg = bytes.starts_with("\xFF\xD8");
     Json embedded = asset;
     embedded["u"] = "";
