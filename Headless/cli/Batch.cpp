@@ -180,6 +180,9 @@ void cropFile(const BatchRequest& request, FileOutcome& file) {
         file.result = cropAll(workplace, request.crop, [&](const std::vector<Warning>& warnings) {
             if (!request.json) {
                 print(warnings);
+                if (!warnings.empty() && !request.crop.leaveWarned) {
+                    say("note: --leave-warned leaves the compositions that warnings are about");
+                }
             }
         });
         const bool changed = file.result->count(Outcome::Cropped) > 0;
