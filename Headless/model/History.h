@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <string>
 #include <utility>
@@ -18,7 +19,7 @@ class History {
     };
     struct Step {
         std::string name;
-        std::vector<Change> changes;
+        std::deque<Change> changes;  // by the hundred thousand, and never moved
     };
 
     // Groups nest: the outermost names the step, and a group without a change leaves none.

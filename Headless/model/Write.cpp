@@ -227,7 +227,7 @@ std::string Project::write() const {
         return text_;
     }
     std::string out;
-    out.reserve(text_.size() + text_.size() / 8);
+    out.reserve(2 * text_.size());  // only what is written takes memory, and growing would take it twice
     writeComp(root(), out);
     return out;
 }
