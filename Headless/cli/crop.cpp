@@ -130,8 +130,8 @@ void addCrop(CLI::App& program, Action& action) {
         ->needs(all);
     whole(verb->add_flag("--json", options->json, "Print what was done as one JSON document"))->needs(all);
     verb->footer(
-        "Examples: kestrin crop examples/lanterns.json --layer \"Big lantern\" --padding 2 -o cropped.json\n"
-        "          kestrin crop --all examples/lanterns.json -o small.json");
+        "Example: kestrin crop examples/lanterns.json --layer \"Big lantern\" --padding 2 -o cropped.json\n"
+        "Example: kestrin crop --all examples/lanterns.json -o small.json");
     verb->callback([&action, options, mask, all, verb] {
         for (const char* one : onlyForOne) {
             if (all->count() > 0 && verb->get_option(one)->count() > 0) {

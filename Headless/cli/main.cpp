@@ -2,8 +2,8 @@
 
 #include <iostream>
 
+#include "cli/CommandLine.h"
 #include "cli/Text.h"
-#include "cli/Verbs.h"
 #include "model/Project.h"
 
 namespace {
@@ -16,19 +16,9 @@ ExitCode failWith(ExitCode code, const std::string& message) {
 }
 
 ExitCode run(int argc, char** argv) {
-    CLI::App program("Crops the compositions of Lottie files to their visible content.", "kestrin");
-    program.set_version_flag("--version", "kestrin " KESTRIN_VERSION);
-    program.require_subcommand(1);
-    program.footer("kestrin VERB --help tells more, with an example.");
+    CLI::App program;
     Action action;
-    addCrop(program, action);
-    addInfo(program, action);
-    addRender(program, action);
-    addCompare(program, action);
-    addReport(program, action);
-    addPreferences(program, action);
-    addMenu(program, action);
-    addPanel(program, action);
+    buildProgram(program, action);
     try {
         program.parse(argc, argv);
     } catch (const CLI::Success& request) {  // help and version

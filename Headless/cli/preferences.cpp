@@ -46,8 +46,10 @@ void addPreferences(CLI::App& program, Action& action) {
     addWorkplaceOptions(*verb, *options);
     verb->get_option("--preferences")->required();
     verb->footer(
-        "Example: kestrin preferences --preferences kestrin.prefs\n"
-        "         kestrin crop ... --preferences kestrin.prefs then follows them");
+        "Example: kestrin preferences --preferences kestrin.prefs --answer \"Kestrin "
+        "Preferences=Padding,Save\"\n"
+        "Example: kestrin crop examples/lanterns.json --layer \"Big lantern\" --preferences kestrin.prefs -o "
+        "padded.json");
     verb->callback([&action, options] { action = [options] { return run(*options); }; });
 }
 
