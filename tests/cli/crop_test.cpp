@@ -97,21 +97,6 @@ TEST_F(Crop, InPlaceReplacesTheFileAndKeepsItsMode) {
     EXPECT_EQ(files(), std::vector<std::string>{"in.json"});
 }
 
-TEST_F(Crop, AnyNameCanBeSaid) {
-    for (const std::string name :
-         {"two words", "\"quoted\" it's", "[a,b]", "\u706F\u7C60 \U0001F3EE", "--layer", "#9"}) {
-        SCOPED_TRACE(name);
-        const std::string file =
-            write(name + ".json", project("Scene", {100, 80})
-                                      .with(precomp(name, {60, 60}).with(solid("Red", {10, 10}).at({20, 20})))
-                                      .text());
-        const Outcome outcome = crop(file, {"--layer=" + name}, "out " + name);
-        EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;
-        EXPECT_THAT(outcome.out, HasSubstr("\"" + name + "\": 60 x 60 -> 10 x 10"));
-        EXPECT_EQ(sizeIn("out " + name, name), (Size{10, 10}));
-    }
-}
-
 TEST_F(Crop, PreferencesStandWhereNothingIsSaid) {
     headless::model::Preferences preferences;
     preferences.setBool("Kestrin", "Padding", true);
