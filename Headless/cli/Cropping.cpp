@@ -64,13 +64,18 @@ void selectMask(Session& session, model::Comp& comp, const std::string& name) {
         throw Stop(ExitCode::BadInput, "--mask NAME needs one --layer, whose mask it is");
     }
     const model::Layer& layer = *session.project().layer(comp.selection.front().layer);
-    std::vector<int> found;
+    std::vector<int> found, numbered;
     std::string names;
     for (std::size_t i = 0; i < layer.masks.size(); ++i) {
         names += (names.empty() ? "" : ", ") + inQuotes(layer.masks[i]->name);
-        if (layer.masks[i]->name == name || "#" + std::to_string(i + 1) == name) {
+        if (layer.masks[i]->name == name) {
             found.push_back(static_cast<int>(i));
+        } else if ("#" + std::to_string(i + 1) == name) {
+            numbered.push_back(static_cast<int>(i));
         }
+    }
+    if (found.empty()) {
+        found = numbered;
     }
     if (found.size() != 1) {
         throw Stop(ExitCode::BadInput,
