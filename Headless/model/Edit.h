@@ -25,6 +25,7 @@ Layer& addNull(Project& project, Comp& comp, const std::string& name, std::optio
 // An item as a new layer on top, its centre on the composition's, from the composition's first frame on.
 // Throws EditError when the composition would contain itself.
 Layer& addLayer(Project& project, Comp& comp, Item& source);
+// Throws EditError where others share the layer's index.
 void moveLayer(Project& project, Layer& layer, std::size_t newIndex);
 // Children get the layer's own parent and keep their place at the composition's current time.
 void deleteLayer(Project& project, Layer& layer);

@@ -173,7 +173,8 @@ class Project {
     // The project as it would be opened again. Its ids are its own.
     std::unique_ptr<Project> copy() const;
 
-    // The whole document. Equal to the text that was read while nothing differs from it.
+    // The whole document. Equal to the text that was read while nothing differs from it. Throws ProjectError
+    // where a number has become so large that it could not be read again.
     std::string write() const;
     bool differsFromText() const;
 

@@ -27,10 +27,10 @@ class Curious : public headless::ui::Answerer {
 }  // namespace
 
 void tryInput(const std::string& text) {
-    kestrin_test::FakeHost host;
-    Curious curious;
+    static kestrin_test::FakeHost host;
+    static Curious curious;
     host.answersFrom = &curious;
-    headless::script::Engine engine(host);
+    static headless::script::Engine engine(host);
     const std::string quoted =
         nlohmann::json(text).dump(-1, ' ', true, nlohmann::json::error_handler_t::replace);
     require(engine.run("var state = 'parsing'; try { var w = new Window(" + quoted +
