@@ -7,6 +7,7 @@
 #include <set>
 #include <sstream>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "model/DocumentParser.h"
 #include "model/LayerJson.h"
@@ -486,35 +487,51 @@ class Reader {
         }
     }
 
+    // What the root shows, then what nothing shows: how far that reaches is cut off and not refused.
     void findRanges(const std::vector<Comp*>& usersFirstOrder) {
         const double rate = project_.root().frameRate;
         std::unordered_map<const Comp*, Range> ranges;
-        for (Comp* comp : usersFirstOrder) {
-            Range& range = ranges[comp];
-            if (comp == &project_.root()) {
-                range = {comp->firstFrame, comp->endFrame};
-            } else if (range.empty()) {
-                // Nothing shows it, so nothing hangs on how far its layers reach.
+        std::unordered_set<const Comp*> found;
+        for (const bool isShown : {true, false}) {
+            for (Comp* comp : usersFirstOrder) {
+                Range& range = ranges[comp];
+                if (comp == &project_.root()) {
+                    range = {comp->firstFrame, comp->endFrame};
+                }
+                if (found.contains(comp) || (isShown && range.empty())) {
+                    continue;
+                }
+                if (!isShown) {
+                    range = cut(range.empty() ? rangeOfLayers(*comp) : range);
+                }
+                if (!(std::abs(range.first) <= largestFrame && range.end - range.first <= largestFrame)) {
+                    fail("composition \"" + comp->item->name + "\"", "its times are out of range");
+                }
+                found.insert(comp);
+                comp->firstFrame = range.first;
+                comp->endFrame = range.end;
                 for (const LayerPtr& layer : comp->layers) {
-                    range.merge({std::max(std::floor(layer->inFrame), -largestFrame),
-                                 std::min(std::ceil(layer->outFrame), largestFrame)});
-                }
-                if (range.empty()) {
-                    range = {0, 1};
-                }
-                range.end = std::min(range.end, range.first + largestFrame);
-            }
-            if (!(std::abs(range.first) <= largestFrame && range.end - range.first <= largestFrame)) {
-                fail("composition \"" + comp->item->name + "\"", "its times are out of range");
-            }
-            comp->firstFrame = range.first;
-            comp->endFrame = range.end;
-            for (const LayerPtr& layer : comp->layers) {
-                if (layer->source != nullptr && layer->source->comp) {
-                    ranges[layer->source->comp.get()].merge(shownThrough(*layer, range, rate));
+                    if (layer->source != nullptr && layer->source->comp &&
+                        !found.contains(layer->source->comp.get())) {
+                        ranges[layer->source->comp.get()].merge(shownThrough(*layer, range, rate));
+                    }
                 }
             }
         }
+    }
+
+    static Range rangeOfLayers(const Comp& comp) {
+        Range range;
+        for (const LayerPtr& layer : comp.layers) {
+            range.merge({std::floor(layer->inFrame), std::ceil(layer->outFrame)});
+        }
+        return range;
+    }
+
+    static Range cut(Range range) {
+        range.first = std::max(range.first, -largestFrame);
+        range.end = std::min({range.end, largestFrame, range.first + largestFrame});
+        return range.empty() ? Range{0, 1} : range;
     }
 
     Project& project_;
