@@ -213,13 +213,17 @@ std::string Zip::with(const std::string& entry, std::string_view content) const 
     if (!writer) {
         fail("", error.text());
     }
-    Source replacement = sourceOf(content);
-    require(zip_file_replace(writer.get(), index, replacement.get(), 0) == 0, writer.get());
-    static_cast<void>(replacement.release());
-    require(zip_set_file_compression(writer.get(), index, stat.comp_method, 0) == 0 &&
-                zip_file_set_mtime(writer.get(), index, stat.mtime, 0) == 0,
-            writer.get());
-    return closed(std::move(writer), target);
+    try {
+        Source replacement = sourceOf(content);
+        require(zip_file_replace(writer.get(), index, replacement.get(), 0) == 0, writer.get());
+        static_cast<void>(replacement.release());
+        require(zip_set_file_compression(writer.get(), index, stat.comp_method, 0) == 0 &&
+                    zip_file_set_mtime(writer.get(), index, stat.mtime, 0) == 0,
+                writer.get());
+        return closed(std::move(writer), target);
+    } catch (const std::runtime_error& damaged) {  // another entry
+        fail("", damaged.what());
+    }
 }
 
 std::string newZip(const std::vector<std::pair<std::string, std::string>>& entries) {

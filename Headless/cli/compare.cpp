@@ -12,7 +12,7 @@ namespace headless::cli {
 namespace {
 
 struct Options {
-    std::string before, after, images;
+    std::string before, after, images, animation;
     ComparisonRequest request;
     bool json = false;
 };
@@ -60,8 +60,8 @@ void print(const Comparison& comparison) {
 }
 
 ExitCode run(const Options& options) {
-    const auto before = openProject(options.before, options.images);
-    const auto after = openProject(options.after, options.images);
+    const auto before = openProject(options.before, options.images, options.animation);
+    const auto after = openProject(options.after, options.images, options.animation);
     const Comparison comparison = compare(*before, *after, options.request);
     if (options.json) {
         model::Json document = documentJson("compare", options.before, options.after);
@@ -87,6 +87,7 @@ void addCompare(CLI::App& program, Action& action) {
         ->type_name("NAME");
     verb->add_flag("--json", options->json, "Print one JSON document instead of lines");
     addImageFolder(*verb, options->images);
+    addAnimation(*verb, options->animation);
     verb->footer(
         "Exits with 0 when the pictures are equal but for thin rests along an edge, with 1 when they differ.\n"
         "Example: kestrin compare examples/lanterns.json cropped.json");

@@ -13,7 +13,7 @@ namespace headless::cli {
 namespace {
 
 struct Options {
-    std::string before, after, output, images;
+    std::string before, after, output, images, animation;
     bool json = false;
 };
 
@@ -34,8 +34,8 @@ ExitCode run(const Options& options) {
         requireOther(options.output, options.before);
         requireOther(options.output, options.after);
     }
-    const auto first = openProject(options.before, options.images);
-    const auto second = openProject(options.after, options.images);
+    const auto first = openProject(options.before, options.images, options.animation);
+    const auto second = openProject(options.after, options.images, options.animation);
     ReportedProject before{options.before, *first};
     ReportedProject after{options.after, *second};
     const model::Json report = reportOf(before, after);
@@ -61,6 +61,7 @@ void addReport(CLI::App& program, Action& action) {
         ->type_name("HTML");
     verb->add_flag("--json", options->json, "Print what the page says as one JSON document");
     addImageFolder(*verb, options->images);
+    addAnimation(*verb, options->animation);
     verb->footer(
         "Exits with 0 when the pictures are equal but for thin rests along an edge, with 1 when they differ.\n"
         "Example: kestrin report examples/lanterns.json cropped.json -o report.html");
