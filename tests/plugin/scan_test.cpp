@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 #include <limits>
@@ -12,16 +13,6 @@
 #include "Crop_Scan.h"
 
 using crop::VisibleRange;
-
-namespace crop {
-bool operator==(const VisibleRange& a, const VisibleRange& b) {
-    return a.minRow == b.minRow && a.maxRow == b.maxRow && a.minCol == b.minCol && a.maxCol == b.maxCol;
-}
-std::ostream& operator<<(std::ostream& out, const VisibleRange& range) {
-    return out << "rows " << range.minRow << ".." << range.maxRow << ", columns " << range.minCol << ".."
-               << range.maxCol;
-}
-}  // namespace crop
 
 namespace {
 
@@ -80,6 +71,10 @@ class Frame {
     unsigned char* base_ = nullptr;
 };
 
+std::array<A_long, 4> edges(const VisibleRange& range) {
+    return {range.minRow, range.maxRow, range.minCol, range.maxCol};
+}
+
 template <class Pixel>
 VisibleRange byDefinition(const Frame<Pixel>& frame) {
     VisibleRange range{frame.height, 0, frame.width, 0};
@@ -129,7 +124,7 @@ class Scan : public testing::Test {
         for (int i = 0; i < count; ++i) {
             frame.set(upTo(height - 1), upTo(width - 1), anyAlpha());
         }
-        ASSERT_EQ(frame.scan(), byDefinition(frame))
+        ASSERT_EQ(edges(frame.scan()), edges(byDefinition(frame)))
             << width << " by " << height << ", row bytes " << frame.rowBytes << ", " << count
             << " pixels set, seed " << seed_;
     }

@@ -119,6 +119,7 @@ TEST_P(EachCallOf, FailsTheCommandAndLeavesTheProject) {
         EXPECT_EQ(error, code) << "call " << call << ", " << failedCall;
         EXPECT_EQ(project().write(), opened) << "call " << call;
         EXPECT_EQ(project().history.depth(), 0);
+        EXPECT_FALSE(session->progressOpen());
         if (error == code) {
             expectOnlyReleasesAfterTheFailure();
         }
@@ -185,43 +186,32 @@ class WrongScripts : public Fails, public testing::WithParamInterface<WrongAnswe
     struct Command {
         const char* name;
         std::function<void()> prepare;
-        std::function<A_Err()> run;
+        bool panel = false;
     };
 
-    Command command(const char* name, bool shift, bool key) {
-        return {name,
-                [this, shift, key] {
-                    openRich();
-                    holdFor(shift, key);
-                },
-                [this] { return run(); }};
-    }
-    // Of one layer that is not there at the time, and nothing else.
-    Command nothingThere(const char* name, const std::vector<std::string>& selected) {
-        return {name,
-                [this, selected] {
-                    open(kestrin_test::project("Scene", {400, 300})
-                             .with(precomp("Ended", {400, 300}).with(solid("s", {50, 50})).shown(0, 10)));
-                    moveTo(10);
-                    select(selected);
-                },
-                [this] { return run(); }};
-    }
-    Command panel(const char* name, A_long menuCommand) {
-        return {name,
-                [this, menuCommand] {
-                    openRich();
-                    select({"not a precomp"});
-                    preferences().setLong(section, "Panel_Run", 1);
-                    preferences().setLong(section, "Menu_Cmd", menuCommand);
-                },
-                [this] { return session->tick(); }};
-    }
     std::vector<Command> commands() {
-        return {command("Standard", false, false),   command("Duration", false, true),
-                command("Mask", true, true),         command("Preferences", true, false),
-                nothingThere("no layer", {"Ended"}), nothingThere("no content", {}),
-                panel("panel, wrong selection", 1),  panel("panel, wrong request", 0)};
+        const auto holding = [this](bool shift, bool key) { openRich(), holdFor(shift, key); };
+        // Of one layer that is not there at the time, and nothing else.
+        const auto nothingThere = [this](const std::vector<std::string>& selected) {
+            open(kestrin_test::project("Scene", {400, 300})
+                     .with(precomp("Ended", {400, 300}).with(solid("s", {50, 50})).shown(0, 10)));
+            moveTo(10);
+            select(selected);
+        };
+        const auto panel = [this](A_long menuCommand) {
+            openRich();
+            select({"not a precomp"});
+            preferences().setLong(section, "Panel_Run", 1);
+            preferences().setLong(section, "Menu_Cmd", menuCommand);
+        };
+        return {{"Standard", [=] { holding(false, false); }},
+                {"Duration", [=] { holding(false, true); }},
+                {"Mask", [=] { holding(true, true); }},
+                {"Preferences", [=] { holding(true, false); }},
+                {"no layer", [=] { nothingThere({"Ended"}); }},
+                {"no content", [=] { nothingThere({}); }},
+                {"panel, wrong selection", [=] { panel(1); }, true},
+                {"panel, wrong request", [=] { panel(0); }, true}};
     }
 
     // By its file; the texts have places that are filled in.
@@ -271,7 +261,7 @@ TEST_P(WrongScripts, LeaveTheProjectWholeAndOneUndoAway) {
                 return GetParam().text;
             };
             session->clearCalls();
-            const A_Err error = command.run();
+            const A_Err error = command.panel ? session->tick() : run();
             if (scripts < wrong) {
                 EXPECT_GT(wrong, 1u) << command.name;
                 break;
@@ -297,12 +287,31 @@ INSTANTIATE_TEST_SUITE_P(, WrongScripts,
                                          WrongAnswer{"AnotherNumber", "-1"}),
                          [](const auto& answer) { return answer.param.name; });
 
-TEST_F(Fails, WithoutASuiteThePluginDoesNotStart) {
-    for (const auto& [name, number] :
-         {std::pair("AEGP Command Suite", 1), std::pair("AEGP Register Suite", 6)}) {
+TEST_F(Fails, WhateverItsStartLacksThePluginDoesNotStart) {
+    const std::vector<std::string> steps = {"AEGP_InsertMenuCommand",      "AEGP_GetUniqueCommand",
+                                            "AEGP_InsertMenuCommand",      "AEGP_RegisterCommandHook",
+                                            "AEGP_RegisterUpdateMenuHook", "AEGP_RegisterIdleHook"};
+    const auto begin = [&] {
         session.reset();
         session = std::make_unique<Session>(
             model::Project::read(kestrin_test::project("Scene", {40, 30}).text()), answers);
+    };
+    for (std::size_t step = 0; step < steps.size(); ++step) {
+        begin();
+        session->failCall({step + 1, 77});
+        EXPECT_THROW(session->loadPlugin(KESTRIN_PLUGIN), std::runtime_error);
+        const auto& calls = session->calls().last;
+        EXPECT_EQ(session->calls().total, step + 2);  // and the report
+        EXPECT_EQ(
+            std::count_if(calls.begin(), calls.end(),
+                          [&](const std::string& call) { return call.starts_with(steps[step] + " -> 77"); }),
+            1);
+        EXPECT_NE(messages(Message::Kind::Report).at(0).find("Problems encountered"), std::string::npos);
+        EXPECT_EQ(session->stillOpen(), std::vector<std::string>());
+    }
+    for (const auto& [name, number] :
+         {std::pair("AEGP Command Suite", 1), std::pair("AEGP Register Suite", 6)}) {
+        begin();
         session->withholdSuite(name, number);
         EXPECT_THROW(session->loadPlugin(KESTRIN_PLUGIN), std::runtime_error);
     }

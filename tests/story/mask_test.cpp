@@ -29,15 +29,11 @@ TEST_F(MaskCrop, TheOnlyMaskNeedsNoQuestion) {
     expectNear(layer("dot", "Card").position.value, {50, 49, 0});
     EXPECT_EQ(project().history.done().back().name, "Mask Crop");
     EXPECT_EQ(layer("Card").masks.size(), 1u);
-    expectNothingOpen();
     ASSERT_TRUE(undo());
-    EXPECT_EQ(project().write(), opened);
-
     pad(5);
     preferences().setBool(section, "DeleteMask", true);
     EXPECT_EQ(runMaskCrop(), 0);
     EXPECT_EQ(sizeOf("Card"), (Size{112, 211}));
-    EXPECT_TRUE(layer("Card").masks.empty());
     EXPECT_EQ(model::Project::read(project().write())->root().layers[0]->masks.size(), 0u);
     expectNothingOpen();
     ASSERT_TRUE(undo());
@@ -59,17 +55,13 @@ TEST_F(MaskCrop, OfSeveralOneIsChosen) {
             .masked(box(50, 60, 149, 159), "Second \"two\"")
             .masked(box(7, 8, 9, 9), "Third");
     };
-    openWith(three());
-    answers.answer("Choose Mask", "OK", {}, "Second \"two\"");
-    EXPECT_EQ(runMaskCrop(), 0);
-    EXPECT_EQ(sizeOf("Card"), (Size{100, 100}));
-    expectNothingOpen();
-
-    answers.answer("Choose Mask", "OK");  // the first is chosen beforehand
-    openWith(three());
-    EXPECT_EQ(runMaskCrop(), 0);
-    EXPECT_EQ(sizeOf("Card"), (Size{31, 31}));
-
+    for (const auto& [entry, size] : {std::pair("Second \"two\"", 100), std::pair("", 31)}) {
+        answers.answer("Choose Mask", "OK", {}, entry);  // the first is chosen beforehand
+        openWith(three());
+        EXPECT_EQ(runMaskCrop(), 0);
+        EXPECT_EQ(sizeOf("Card"), (Size{size, size}));
+        expectNothingOpen();
+    }
     answers.answer("Choose Mask", "Cancel");
     openWith(three());
     EXPECT_EQ(runMaskCrop(), 0);

@@ -151,15 +151,11 @@ class CompSpec {
         end = endFrame;
         return std::move(*this);
     }
-    CompSpec atRate(double framesPerSecond) && {
-        rate = framesPerSecond;
-        return std::move(*this);
-    }
 
     // The file.
     std::string text() const {
         Json assets = Json::array();
-        Json root = {{"v", "5.7.0"},    {"fr", rate},       {"ip", first}, {"op", end},
+        Json root = {{"v", "5.7.0"},    {"fr", 30},         {"ip", first}, {"op", end},
                      {"w", size.width}, {"h", size.height}, {"nm", name},  {"layers", layersJson(assets)}};
         for (const CompSpec& comp : others) {
             comp.addTo(assets);
@@ -170,7 +166,7 @@ class CompSpec {
 
     std::string name;
     Size size;
-    double first = 0, end = 30, rate = 30;
+    double first = 0, end = 30;
     std::vector<LayerSpec> layers;
     std::vector<CompSpec> others;
 

@@ -30,30 +30,26 @@ class ScriptedAnswers : public ui::Answerer {
             ADD_FAILURE() << "the dialog \"" << dialog.title << "\" has no answer";
             return {};
         }
+        const auto& [button, ticked, entry] = answer->second;
+        ui::Action last;  // the close box, unless the button is there
+        std::string said;
         for (const ui::Control& control : dialog.controls) {
-            for (const std::string& label : answer->second.ticked) {
-                if (control.text == label && !control.checked) {
-                    return {ui::Action::Kind::Press, control.id, "", -1};
-                }
-            }
-        }
-        for (const ui::Control& control : dialog.controls) {
-            const auto entry = std::find(control.items.begin(), control.items.end(), answer->second.entry);
-            const int index = static_cast<int>(entry - control.items.begin());
-            if (entry != control.items.end() && control.selection != index) {
-                return {ui::Action::Kind::Select, control.id, "", index};
-            }
-        }
-        ++shown[dialog.title];
-        for (const ui::Control& control : dialog.controls) {
-            texts += control.text + "\n";
-        }
-        for (const ui::Control& control : dialog.controls) {
-            if (control.kind == ui::Control::Kind::Button && control.text == answer->second.button) {
+            if (!control.checked && std::count(ticked.begin(), ticked.end(), control.text) > 0) {
                 return {ui::Action::Kind::Press, control.id, "", -1};
             }
+            const auto found = std::find(control.items.begin(), control.items.end(), entry);
+            const int index = static_cast<int>(found - control.items.begin());
+            if (found != control.items.end() && control.selection != index) {
+                return {ui::Action::Kind::Select, control.id, "", index};
+            }
+            if (control.kind == ui::Control::Kind::Button && control.text == button) {
+                last = {ui::Action::Kind::Press, control.id, "", -1};
+            }
+            said += control.text + "\n";
         }
-        return {};  // the close box
+        ++shown[dialog.title];
+        texts += said;
+        return last;
     }
 
     std::map<std::string, int> shown;  // how often, by title

@@ -1,4 +1,4 @@
-// A host of a few hand-filled tables. It records suites and calls and fails the call that a test names.
+// A host of a few hand-filled tables. It records suites and calls.
 
 #pragma once
 
@@ -21,10 +21,6 @@ class FakeHost {
     // `table` must live as long as the host.
     void offer(const char* name, std::int32_t number, const void* table) { offered_[{name, number}] = table; }
     void withhold(const char* name, std::int32_t number) { offered_.erase({name, number}); }
-    void failAt(std::string call, A_Err error) {
-        failing_ = std::move(call);
-        error_ = error;
-    }
 
     SPBasicSuite* basic() { return &basic_; }
     const std::vector<std::string>& calls() const { return calls_; }
@@ -35,7 +31,7 @@ class FakeHost {
     // What every function of a fake table begins with, and mostly returns.
     static A_Err call(const std::string& name) {
         current_->calls_.push_back(name);
-        return name == current_->failing_ ? current_->error_ : A_Err{A_Err_NONE};
+        return A_Err_NONE;
     }
 
  private:
@@ -58,6 +54,4 @@ class FakeHost {
     std::map<Suite, const void*> offered_;
     std::vector<Suite> acquired_, released_;
     std::vector<std::string> calls_;
-    std::string failing_;
-    A_Err error_ = A_Err_NONE;
 };
