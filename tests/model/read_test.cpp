@@ -98,8 +98,8 @@ TEST(Read, TheRangeOfAnAssetIsWhatItsUsesShow) {
 
 TEST(Read, NamesAndSizesComeFromTheUses) {
     const auto project = Project::read(animation(
-        R"({"ty":0,"nm":"Card","refId":"a","w":50,"h":40},{"ty":0,"refId":"a","w":60,"h":30},{"ty":0,"nm":"Card","refId":"b","w":5,"h":5})",
-        R"({"id":"a","layers":[]},{"id":"b","layers":[]},{"id":"c","nm":"Card","layers":[]})"));
+        R"({"ty":0,"nm":"Card","refId":7,"w":50,"h":40},{"ty":0,"refId":"7","w":60,"h":30},{"ty":0,"nm":"Card","refId":"b","w":5,"h":5})",
+        R"({"id":7,"layers":[]},{"id":"b","layers":[]},{"id":"c","nm":"Card","layers":[]})"));
     EXPECT_EQ(project->items[1]->name, "Card");
     EXPECT_EQ(project->items[2]->name, "Card 2");
     EXPECT_EQ(project->items[3]->name, "Card 3");
@@ -107,19 +107,10 @@ TEST(Read, NamesAndSizesComeFromTheUses) {
     EXPECT_EQ(project->items[3]->size, (Size{100, 80}));  // nothing uses it: as the animation
 }
 
-TEST(Read, AnIdMayBeANumber) {
-    const auto project =
-        Project::read(animation(R"({"ty":0,"refId":7,"w":5,"h":5})", R"({"id":7,"nm":"Card","layers":[]})"));
-    ASSERT_NE(project->root().layers[0]->source, nullptr);
-    EXPECT_EQ(project->root().layers[0]->source->name, "Card");
-}
-
 TEST(Read, RefusesWhatCannotBeBorneAndNamesThePlace) {
     const std::vector<std::pair<std::string, std::string>> cases = {
         {"{", "this is not JSON"},
-        {"\xff", "this is not JSON"},
         {R"({"layers":[{]})", "this is not JSON"},
-        {R"([1,2])", "not a Lottie animation"},
         {R"({"fr":30,"ip":0,"op":1,"w":1,"h":1})", "not a Lottie animation"},
         {R"({"layers":[],"fr":30,"ip":0,"op":1,"h":1})", "w: a number"},
         {R"({"layers":[],"fr":0,"ip":0,"op":1,"w":1,"h":1})", "fr: frame rates"},
@@ -137,7 +128,6 @@ TEST(Read, RefusesWhatCannotBeBorneAndNamesThePlace) {
         {animation(R"({"ty":4,"parent":3})"), "layers[0].parent: there is no layer with the index 3"},
         {animation(R"({"ty":4,"ind":1,"parent":2},{"ty":4,"ind":2,"parent":1})"),
          "layers[0].parent: the parents form a circle"},
-        {animation(R"({"ty":4,"ind":1,"parent":1})"), "circle"},
         {animation(R"({"ty":0,"refId":"c"})", R"({"id":"c","nm":"Loop","layers":[{"ty":0,"refId":"c"}]})"),
          "composition \"Loop\": it contains itself"},
         {animation(R"({"ty":4,"sr":0})"), "layers[0].sr"},
@@ -147,7 +137,6 @@ TEST(Read, RefusesWhatCannotBeBorneAndNamesThePlace) {
          "layers[0].masksProperties[0].pt.k: a mask outline"},
         {R"({"layers":[],"fr":30,"ip":0,"op":1,"w":1,"h":1,"l\u0061yers":[]})",
          "line 1: a second list of layers"},
-        {animation("", R"({"id":"c","layers":[{"ty":4}],"layers":[{"ty":4}]})"), "a second list of layers"},
         {animation("", R"(],"assets":[)"), "a second list of assets"},
         {animation(R"({"ty":4,"ks":{"r":{"k":[{"t":5,"s":[1]},{"t":4,"s":[2]}]}}})"),
          "layers[0].ks.r.k[1].t: the keyframe comes before"},
@@ -158,25 +147,22 @@ TEST(Read, RefusesWhatCannotBeBorneAndNamesThePlace) {
         EXPECT_NE(refusal(text).find(message), std::string::npos) << text << "\n  -> " << refusal(text);
     }
 
-    std::string assets;
-    for (int i = 0; i < 30; ++i) {
-        assets += (i > 0 ? "," : "") + ("{\"id\":\"" + std::to_string(i)) +
-                  "\",\"layers\":[{\"ty\":0,\"refId\":\"" + std::to_string(i + 1) + "\"}]}";
-    }
-    EXPECT_NE(refusal(animation(R"({"ty":0,"refId":"0"})", assets + R"(,{"id":"30","layers":[]})"))
-                  .find("nested more than 20"),
-              std::string::npos);
-    assets = "";
-    for (int i = 0; i < 8; ++i) {
-        assets += "{\"id\":\"" + std::to_string(i) + "\",\"layers\":[";
-        for (int use = 0; use < 10; ++use) {
-            assets += (use > 0 ? "," : "") + ("{\"ty\":0,\"refId\":\"" + std::to_string(i + 1)) + "\"}";
+    // Each composition uses the next one so often.
+    const auto chain = [](int length, int uses) {
+        std::string assets;
+        for (int i = 0; i < length; ++i) {
+            assets += R"({"id":")" + std::to_string(i) + R"(","layers":[)";
+            for (int use = 0; use < uses; ++use) {
+                assets +=
+                    std::string(use > 0 ? "," : "") + R"({"ty":0,"refId":")" + std::to_string(i + 1) + R"("})";
+            }
+            assets += "]},";
         }
-        assets += "]},";
-    }
-    EXPECT_NE(refusal(animation(R"({"ty":0,"refId":"0"})", assets + R"({"id":"8","layers":[]})"))
-                  .find("more than 2000000 layers"),
-              std::string::npos);
+        return animation(R"({"ty":0,"refId":"0"})",
+                         assets + R"({"id":")" + std::to_string(length) + R"(","layers":[]})");
+    };
+    EXPECT_NE(refusal(chain(30, 1)).find("nested more than 20"), std::string::npos);
+    EXPECT_NE(refusal(chain(8, 10)).find("more than 2000000 layers"), std::string::npos);
 }
 
 }  // namespace

@@ -33,12 +33,6 @@ class Answers : public ui::Answerer {
 
 class FakeHost : public script::ScriptHost {
  public:
-    struct Alert {
-        std::string message, title;
-        bool errorIcon;
-        bool operator==(const Alert&) const = default;
-    };
-
     int itemCount() override { return static_cast<int>(items.size()); }
     script::ItemInfo itemAt(int index) override { return items.at(static_cast<std::size_t>(index)); }
     script::ItemInfo item(script::ItemId id) override {
@@ -60,9 +54,7 @@ class FakeHost : public script::ScriptHost {
     model::Preferences& preferences() override { return store; }
     void savePreferences() override { ++saves; }
     void reloadPreferences() override { store = model::Preferences(); }
-    void alert(const std::string& message, const std::string& title, bool errorIcon) override {
-        alerts.push_back({message, title, errorIcon});
-    }
+    void alert(const std::string& message, const std::string&, bool) override { alerts.push_back(message); }
     ui::Answerer& answerer() override { return *answersFrom; }
     void executed(const std::string& path, const std::string& content) override {
         executions.emplace_back(path, content);
@@ -87,7 +79,7 @@ class FakeHost : public script::ScriptHost {
     std::vector<script::LayerId> selected{firstLayer};
     model::Preferences store;
     int saves = 0;
-    std::vector<Alert> alerts;
+    std::vector<std::string> alerts;
     std::vector<std::pair<std::string, std::string>> executions;
     std::filesystem::path home;
     Answers answers;

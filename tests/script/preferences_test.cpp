@@ -28,39 +28,29 @@ class PreferencesTest : public ::testing::Test {
         std::ifstream in(file, std::ios::binary);
         return {std::istreambuf_iterator<char>(in), {}};
     }
-    std::string errorOf(const std::string& text) const {
-        write(text);
-        try {
-            Preferences::load(file);
-        } catch (const std::runtime_error& error) {
-            return std::string(error.what()).substr(file.string().size());
-        }
-        return "no error";
-    }
 
     fs::path folder, file;
 };
 
 TEST_F(PreferencesTest, ReadersConvertByTheText) {
     Preferences store;
-    const auto numbers = [&](const std::string& text) {
+    for (const auto& [text, values] : {std::pair("12.500000", "12 12.500000 on"),
+                                       {"-12.9px", "-12 -12.900000 on"},
+                                       {" 3e2e", "300 300.000000 on"},
+                                       {"7e", "7 7.000000 on"},
+                                       {"0", "0 0.000000 off"},
+                                       {"99999999999", "2147483647 99999999999.000000 on"},
+                                       {"-1e999", "-2147483648 -"},
+                                       {"abc", "0 0.000000 on no number"},
+                                       {".", "0 0.000000 on no number"},
+                                       {"", "0 0.000000 off no number"}}) {
         store.setString("S", "k", text);
-        return std::to_string(store.getLong("S", "k").value()) + ' ' +
-               std::to_string(store.getFloat("S", "k").value()) +
-               (store.getBool("S", "k").value() ? " on" : " off") +
-               (store.getLongIfNumber("S", "k") ? "" : " no number");
-    };
-    EXPECT_EQ(numbers("12.500000"), "12 12.500000 on");
-    EXPECT_EQ(numbers("-12.9px"), "-12 -12.900000 on");
-    EXPECT_EQ(numbers(" 3e2e"), "300 300.000000 on");
-    EXPECT_EQ(numbers("7e"), "7 7.000000 on");
-    EXPECT_EQ(numbers("0"), "0 0.000000 off");
-    EXPECT_EQ(numbers("99999999999"), "2147483647 99999999999.000000 on");
-    EXPECT_EQ(numbers("-1e999").substr(0, 11), "-2147483648");
-    EXPECT_EQ(numbers("abc"), "0 0.000000 on no number");
-    EXPECT_EQ(numbers("."), "0 0.000000 on no number");
-    EXPECT_EQ(numbers(""), "0 0.000000 off no number");
-
+        const std::string read = std::to_string(store.getLong("S", "k").value()) + ' ' +
+                                 std::to_string(store.getFloat("S", "k").value()) +
+                                 (store.getBool("S", "k").value() ? " on" : " off") +
+                                 (store.getLongIfNumber("S", "k") ? "" : " no number");
+        EXPECT_EQ(read.substr(0, std::string(text) == "-1e999" ? 13 : read.npos), values) << text;
+    }
     store.setFloat("S", "k", -0.1234567);
     EXPECT_EQ(store.getString("S", "k"), "-0.123457");
     store.setLong("S", "k", std::numeric_limits<std::int32_t>::min());
@@ -101,9 +91,6 @@ TEST_F(PreferencesTest, EveryByteComesBack) {
     for (std::string line; std::getline(lines, line);) {
         EXPECT_LT(line.size(), 800u) << "only a key may be long";
     }
-    const std::string first = read();
-    Preferences::load(file).save(file);
-    EXPECT_EQ(read(), first);
 }
 
 TEST_F(PreferencesTest, ReadsWhatOthersWrote) {
@@ -120,40 +107,28 @@ TEST_F(PreferencesTest, ReadsWhatOthersWrote) {
     EXPECT_EQ(Preferences::load(folder / "missing"), Preferences());
 }
 
-TEST_F(PreferencesTest, OnlyWhatWasChangedIsSaved) {
-    write("[\"S\"]\n\"a\" = \"1\"\n\"b\" = \"1\"\n");
-    Preferences store = Preferences::load(file);
-    store.setLong("S", "a", 5);
-    store.keepFromFile();
-    store.remove("S", "b");
-    store.setLong("S", "c", 7);
-    write("# new\n[\"S\"]\n\"a\" = \"2\"\n\"b\" = \"2\"\n\"d\" = \"2\"\n");
-    store.save(file);
-    EXPECT_EQ(read(), "# new\n\n[\"S\"]\n\t\"a\" = \"2\"\n\t\"c\" = \"7\"\n\t\"d\" = \"2\"\n");
-    EXPECT_EQ(store.getLong("S", "a"), 5);
-    write("not of that form");
-    store.setLong("S", "c", 8);
-    EXPECT_THROW(store.save(file), std::runtime_error);
-    EXPECT_EQ(read(), "not of that form");
-}
-
-TEST_F(PreferencesTest, MalformedTextIsNamedByLine) {
-    EXPECT_EQ(errorOf("# h\n\t\"a\" = \"1\"\n"), ":2: an entry stands above the first section");
-    EXPECT_EQ(errorOf("[\"S\"\n"), ":1: expected ] after the section's name");
-    EXPECT_EQ(errorOf("[\"S\"]\n\"a\" \"1\"\n"), ":2: expected = after the key");
-    EXPECT_EQ(errorOf("[\"S\"]\n\"a\" = one\n"), ":2: expected a quoted text or hexadecimal bytes");
-    EXPECT_EQ(errorOf("[\"S\"]\n\"a\" = \"1\" 2\n"), ":2: expected the end of the line");
-    EXPECT_EQ(errorOf("[\"S\"]\n\n\"a\" = \"1\n"), ":3: a quoted text does not end on its line");
-    EXPECT_EQ(errorOf("[\"S\"]\n\"a\" = 0\n"), ":2: a hexadecimal byte has two digits");
-    EXPECT_EQ(errorOf("[\"S\"]\n\"a\" = \"\\n\"\n"), ":2: only \\\" and \\\\ may follow a backslash");
-}
-
-TEST_F(PreferencesTest, AFailedSaveLeavesTheOldFileAndNothingElse) {
-    Preferences store;
-    fs::create_directories(file / "in the way");
-    EXPECT_THROW(store.save(file), std::runtime_error);
-    EXPECT_THROW(store.save(folder / "no folder" / "prefs"), std::runtime_error);
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1);
+TEST_F(PreferencesTest, MalformedTextIsNamedByLineAndStays) {
+    for (const auto& [text, error] :
+         {std::pair("# h\n\t\"a\" = \"1\"\n", ":2: an entry stands above the first section"),
+          {"[\"S\"\n", ":1: expected ] after the section's name"},
+          {"[\"S\"]\n\"a\" \"1\"\n", ":2: expected = after the key"},
+          {"[\"S\"]\n\"a\" = one\n", ":2: expected a quoted text or hexadecimal bytes"},
+          {"[\"S\"]\n\"a\" = \"1\" 2\n", ":2: expected the end of the line"},
+          {"[\"S\"]\n\n\"a\" = \"1\n", ":3: a quoted text does not end on its line"},
+          {"[\"S\"]\n\"a\" = 0\n", ":2: a hexadecimal byte has two digits"},
+          {"[\"S\"]\n\"a\" = \"\\n\"\n", ":2: only \\\" and \\\\ may follow a backslash"}}) {
+        write(text);
+        try {
+            Preferences::load(file);
+            ADD_FAILURE() << text;
+        } catch (const std::runtime_error& thrown) {
+            EXPECT_EQ(thrown.what(), file.string() + error);
+        }
+        Preferences store;
+        store.setLong("S", "c", 8);
+        EXPECT_THROW(store.save(file), std::runtime_error);
+        EXPECT_EQ(read(), text);
+    }
 }
 
 }  // namespace
