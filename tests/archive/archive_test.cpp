@@ -114,7 +114,6 @@ TEST(Archive, OneEntryIsReplacedAndEverythingElseStays) {
     const std::string bytes = packed(entries);
     const auto archive = readArchive(bytes, "x.lottie");
     for (const std::string id : {"x", "y"}) {
-        SCOPED_TRACE(id);
         const std::string text = scene("New") + std::string(3'000, ' ');
         const std::string written = archive->with(archive->animation(id), text);
         auto expected = contentsOf(bytes);
@@ -124,19 +123,6 @@ TEST(Archive, OneEntryIsReplacedAndEverythingElseStays) {
         EXPECT_EQ(written, archive->with(archive->animation(id), text));  // no trace of the time it was made
         EXPECT_EQ(written.size() > bytes.size() + 2'000, id == "x");      // stored stays stored
     }
-}
-
-TEST(Archive, ANewArchiveTakesThePicturesAlong) {
-    const auto source =
-        readArchive(packed({{"a/x.json", withPicture("", "dot.png")}, {"i/dot.png", "pixels"}}), "x");
-    const std::string bytes = newArchive(*openAnimation(source, ""));
-    EXPECT_EQ(contentsOf(bytes)["i/dot.png"], "pixels");
-    EXPECT_EQ(contentsOf(bytes)["a/animation.json"], withPicture("", "dot.png"));
-    const Json manifest = Json::parse(contentsOf(bytes)["manifest.json"]);
-    EXPECT_EQ(manifest["version"], "2");
-    EXPECT_EQ(manifest["generator"], "Kestrin");
-    EXPECT_EQ(refusal(bytes, "animation"), "(accepted)");
-    EXPECT_EQ(bytes, newArchive(*openAnimation(source, "")));
 }
 
 TEST(Archive, WhatCannotBeTrustedIsRefusedByName) {
@@ -153,15 +139,10 @@ TEST(Archive, WhatCannotBeTrustedIsRefusedByName) {
     for (std::size_t i = 0; i < many.size(); ++i) {
         many[i].name = std::to_string(i);
     }
-    std::vector<PackedEntry> large{good};
-    for (const std::string name : {"b", "c", "d"}) {
-        large.push_back({name, ""});
-    }
-    std::string total = packed(large);
-    for (const std::string name : {"b", "c", "d"}) {
+    std::string total = packed({good, {"bb", ""}, {"cc", ""}, {"dd", ""}});
+    for (const std::string name : {"bb", "cc", "dd"}) {
         const std::uint32_t size = 200u << 20;
-        std::memcpy(&total[total.rfind(name + std::string(total, total.rfind(name) + 1, 2)) - 22], &size,
-                    sizeof size);
+        std::memcpy(&total[total.rfind(name) - 22], &size, sizeof size);
     }
 
     struct Case {
@@ -170,16 +151,17 @@ TEST(Archive, WhatCannotBeTrustedIsRefusedByName) {
     };
     for (const Case& c : std::vector<Case>{
              {honest.substr(0, honest.size() / 2), {"damaged or cut short"}},
-             {honest.substr(0, 3), {"damaged or cut short"}},
+
              {"", {"no animation"}},
              {packed(many), {"10001 entries"}},
              {stating("images/a.png", 0x7FFFFFFF), {"images/a.png", "256 MiB"}},
-             {total, {"d: ", "512 MiB"}},
+             {total, {"dd: ", "512 MiB"}},
              {stating("animations/x.json", 10), {"animations/x.json", "more than the archive says"}},
              {stating("animations/x.json", 20'000), {"animations/x.json", "less than the archive says"}},
              {alongside({"../escape.png", "p"}), {"../escape.png", "leads out"}},
              {alongside({"images/../../escape", "p"}), {"images/../../escape", "leads out"}},
-             {alongside({"images/..", "p"}), {"images/..", "leads out"}},
+             {patched(alongside({"../escape?[31m", "p"}), "escape?", "escape\x1b"),
+              {"../escape\u2190[31m", "leads out"}},
              {alongside({"/etc/escape", "p"}), {"/etc/escape", "absolute"}},
              {alongside({"C:escape", "p"}), {"C:escape", "absolute"}},
              {alongside({"images\\escape", "p"}), {"images\\escape", "backslash"}},

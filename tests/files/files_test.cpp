@@ -61,9 +61,12 @@ class Stopped : public Program {
             if (HasFailure()) {
                 break;
             }
-            for (const std::string& name : files()) {
-                fs::remove(folder / name);
-            }
+            clear();
+        }
+    }
+    void clear() {
+        for (const std::string& name : files()) {
+            fs::remove(folder / name);
         }
     }
 
@@ -82,29 +85,17 @@ TEST_F(Stopped, ProjectAndPreferencesAreOldOrNew) {
         fs::create_symlink("out.json", pathOf("link.json"));
         write("prefs", oldPreferences);
     };
-    const std::vector<std::string> arguments = {"crop",
-                                                pathOf("in.json"),
-                                                "--layer",
-                                                "Card",
-                                                "--padding",
-                                                "1",
-                                                "--resolution",
-                                                "half",
-                                                "--answer",
-                                                "Low Resolution=Accurate,Remember My Choice",
-                                                "--preferences",
-                                                pathOf("prefs"),
-                                                "-o",
-                                                pathOf("link.json")};
+    std::vector<std::string> arguments = {"crop", "--layer", "Card", "--padding", "1", "--resolution", "half"};
+    arguments.insert(arguments.end(),
+                     {"--answer", "Low Resolution=Accurate,Remember My Choice", "--preferences",
+                      pathOf("prefs"), "-o", pathOf("link.json"), pathOf("in.json")});
     prepare();
     ASSERT_EQ(run(arguments).code, ExitCode::Done);
     const std::string result = contentOf(pathOf("out.json"));
     const std::string newPreferences = contentOf(pathOf("prefs"));
     EXPECT_THAT(newPreferences, HasSubstr("\"Resolution\" = \"1\""));
     EXPECT_THAT(newPreferences, testing::Not(HasSubstr("Padding")));  // asked for this once
-    for (const std::string& name : files()) {
-        fs::remove(folder / name);
-    }
+    clear();
     for (const int error : {killed, ENOSPC, EACCES}) {
         sweep(error, 10, arguments, prepare, [&] {
             EXPECT_EQ(contentOf(pathOf("in.json")), project);
@@ -113,9 +104,7 @@ TEST_F(Stopped, ProjectAndPreferencesAreOldOrNew) {
             EXPECT_TRUE(fs::is_symlink(pathOf("link.json")));
             EXPECT_EQ(fs::status(pathOf("out.json")).permissions(), fs::perms(0640));
         });
-        for (const std::string& name : files()) {
-            fs::remove(folder / name);
-        }
+        clear();
     }
 }
 
@@ -131,15 +120,9 @@ TEST_F(Stopped, APictureIsOldOrNew) {
     const mode_t mask = ::umask(0);
     ::umask(mask);
     EXPECT_EQ(about.st_mode & 0777, 0666 & ~mask);
-    for (const int error : {killed, ENOSPC}) {
-        sweep(
-            error, 5, arguments,
-            [&] {
-                write("in.json", project);
-                write("out.png", "old");
-            },
-            [&] { EXPECT_THAT(contentOf(pathOf("out.png")), AnyOf("old", result)); });
-    }
+    const auto prepare = [&] { write("in.json", project), write("out.png", "old"); };
+    sweep(killed, 5, arguments, prepare,
+          [&] { EXPECT_THAT(contentOf(pathOf("out.png")), AnyOf("old", result)); });
 }
 
 TEST_F(Stopped, WhereNothingCanBeWrittenTheLinkAndTheFileStay) {

@@ -37,24 +37,29 @@ std::string errorOf(const std::function<void()>& action) {
     return "none";
 }
 
-TEST(Renderer, DrawsAnySizeOfOneDocument) {
-    Renderer renderer;
+std::string errorAfter(Renderer& renderer, const std::string& document) {
+    return errorOf([&] {
+        renderer.prepare(document);
+        draw(renderer, 0, 12, 2);
+    });
+}
+
+void expectDraws(Renderer& renderer) {
     renderer.prepare(redBox());
     EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "RRRR........");
+}
+
+TEST(Renderer, DrawsAnySizeOfOneDocument) {
+    Renderer renderer;
+    expectDraws(renderer);
     EXPECT_EQ(row(draw(renderer, 3, 6, 1), 0), "RR....");
     EXPECT_EQ(row(draw(renderer, 3, 24, 4), 3), "RRRRRRRR................");
-    renderer.prepare(normalise(document({solid(2, 0, 4, 2, "#00ff00")}), small));
-    EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "..GGGG......");
 }
 
 TEST(Renderer, RefusesWhatItCannotDrawAndGoesOn) {
     Renderer renderer({.picturePixels = 100});
     EXPECT_EQ(errorOf([&] { draw(renderer, 0, 4, 4); }), "no document is prepared");
-    EXPECT_EQ(errorOf([&] {
-                  renderer.prepare("[1, 2");
-                  draw(renderer, 0, 12, 2);
-              }),
-              "the renderer cannot read the document");
+    EXPECT_EQ(errorAfter(renderer, "[1, 2"), "the renderer cannot read the document");
     renderer.prepare(redBox());
     for (const auto& [width, height] :
          {std::pair(11, 10), std::pair(0, 4), std::pair(4, -1), std::pair(40'000, 1)}) {
@@ -65,29 +70,18 @@ TEST(Renderer, RefusesWhatItCannotDrawAndGoesOn) {
 
 TEST(Renderer, ALateWorkerIsReplaced) {
     Renderer renderer({.frameTime = std::chrono::milliseconds(300)});
-    EXPECT_EQ(errorOf([&] {
-                  renderer.prepare(heavy());
-                  draw(renderer, 0, 12, 2);
-              }),
-              "the renderer takes longer than 0.3 s");
+    EXPECT_EQ(errorAfter(renderer, heavy()), "the renderer takes longer than 0.3 s");
     EXPECT_EQ(errorOf([&] { draw(renderer, 0, 12, 2); }), "no document is prepared");
-    renderer.prepare(redBox());
-    EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "RRRR........");
+    expectDraws(renderer);
 }
 
 TEST(Renderer, AWorkerThatOutgrowsItsMemoryIsReplaced) {
     if (underAddressSanitizer) GTEST_SKIP() << "the worker's memory is not limited";
     Renderer renderer({.memoryBytes = 400u << 20});
-    EXPECT_NE(errorOf([&] {
-                  renderer.prepare(heavy());
-                  draw(renderer, 0, 12, 2);
-              }),
-              "none");
-    renderer.prepare(redBox());
-    EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "RRRR........");
+    EXPECT_NE(errorAfter(renderer, heavy()), "none");
+    expectDraws(renderer);
     EXPECT_NE(errorOf([&] { draw(renderer, 0, 30'000, 5'000); }), "none");
-    renderer.prepare(redBox());
-    EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "RRRR........");
+    expectDraws(renderer);
 }
 
 TEST(Renderer, AWorkerThatDiesIsExplainedAndReplaced) {
@@ -96,8 +90,7 @@ TEST(Renderer, AWorkerThatDiesIsExplainedAndReplaced) {
     ASSERT_EQ(workers().size(), 1u);
     ::kill(workers().front(), SIGSEGV);
     EXPECT_EQ(errorOf([&] { draw(renderer, 0, 12, 2); }), "the renderer crashed (Segmentation fault)");
-    renderer.prepare(redBox());
-    EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "RRRR........");
+    expectDraws(renderer);
 }
 
 TEST(Renderer, AWorkerThatReachesOutsideIsStoppedAndReplaced) {
@@ -110,8 +103,7 @@ TEST(Renderer, AWorkerThatReachesOutsideIsStoppedAndReplaced) {
         R"("ks":{}}]})");
     EXPECT_EQ(errorOf([&] { draw(renderer, 0, 12, 2); }),
               "the renderer tried something that it may not do (openat)");
-    renderer.prepare(redBox());
-    EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "RRRR........");
+    expectDraws(renderer);
 }
 
 TEST(Renderer, LeavesNoProcessBehind) {

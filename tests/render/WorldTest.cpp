@@ -47,21 +47,13 @@ TEST(World, LaysChannelsOutAtEachDepth) {
     expectConverted<float>(Depth::Bits32, [](int value) { return static_cast<float>(value) / 255.0f; });
 }
 
-template <typename Channel>
-void expectOpaqueGap(Depth depth, Channel opaque) {
-    const World world = makeWorld(fourPixels, depth);
-    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(world.data()) % 16, 0u);
-    const int rowPixels = static_cast<int>(world.rowBytes / (4 * sizeof(Channel)));
-    ASSERT_GT(rowPixels, 2);
-    for (int x = 2; x < rowPixels; ++x) {
-        for (int y = 0; y < 2; ++y) EXPECT_EQ(pixelAt<Channel>(world, x, y)[0], opaque);
-    }
-}
-
 TEST(World, FillsTheGapsWithOpaquePixels) {
-    expectOpaqueGap<std::uint8_t>(Depth::Bits8, 255);
-    expectOpaqueGap<std::uint16_t>(Depth::Bits16, 32'768);
-    expectOpaqueGap<float>(Depth::Bits32, 1);
+    const World world = makeWorld(fourPixels, Depth::Bits16);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(world.data()) % 16, 0u);
+    ASSERT_GT(world.rowBytes, 2u * 8);
+    for (int x = 2; x < static_cast<int>(world.rowBytes / 8); ++x) {
+        for (int y = 0; y < 2; ++y) EXPECT_EQ(pixelAt<std::uint16_t>(world, x, y)[0], 32'768);
+    }
 }
 
 TEST(Png, GivesEveryPremultipliedColourBack) {
@@ -76,19 +68,6 @@ TEST(Png, GivesEveryPremultipliedColourBack) {
     writePng(file, picture);
     EXPECT_EQ(readPng(file), picture);
     std::filesystem::remove(file);
-}
-
-TEST(Png, NamesTheFileThatFails) {
-    const auto missing = std::filesystem::path(testing::TempDir()) / "no folder" / "a.png";
-    for (const auto& action : {+[](const std::filesystem::path& file) { writePng(file, fourPixels); },
-                               +[](const std::filesystem::path& file) { readPng(file); }}) {
-        try {
-            action(missing);
-            ADD_FAILURE();
-        } catch (const std::runtime_error& error) {
-            EXPECT_NE(std::string(error.what()).find(missing.string()), std::string::npos) << error.what();
-        }
-    }
 }
 
 }  // namespace
