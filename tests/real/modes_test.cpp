@@ -71,21 +71,6 @@ TEST_F(RealModes, MasksLimitTheDurationCrop) {
     EXPECT_NE(verdict(89), Verdict::Shifted);
 }
 
-TEST_F(RealModes, CancelledInTheMiddleItChangesNothing) {
-    open("coins.json", "in-reveal", 1);
-    const std::string text = project().write();
-    ASSERT_TRUE(holdKeysFor(workplace->session(), Command::Duration).enabled);
-    int keysRead = 0;
-    workplace->session().beforeKeysAreRead = [&] {
-        if (++keysRead == 20) {
-            workplace->session().holdKeys(true, true);
-        }
-    };
-    EXPECT_EQ(workplace->session().runCommand(workplace->session().pluginCommand()), 0);
-    EXPECT_EQ(keysRead, 20);
-    EXPECT_EQ(project().write(), text);
-}
-
 TEST_F(RealModes, TheMaskCropCutsToTheMasksCorners) {
     struct Case {
         const char* file;

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 #include <iostream>
-#include <map>
 #include <set>
 #include <sstream>
 
@@ -90,45 +89,28 @@ std::unique_ptr<model::Project> cropped(const std::string& file, const Use& use,
     return model::Project::read(workplace.session().project().write());
 }
 
-// How the crops of one file came out, with a line for each that shifted.
+// How the crops of one file came out; each that shifted is said, and fails the test where it must match.
 class Tally {
  public:
     explicit Tally(RealFile file) : file_(std::move(file)) {}
     void add(const Comparison& comparison, const std::string& what) {
-        ++verdicts_[comparison.verdict()];
-        if (comparison.verdict() != Verdict::Shifted) {
-            return;
-        }
+        ++crops_;
         for (const ComparedComp& comp : comparison.compared) {
             if (comp.verdict == Verdict::Shifted) {
                 std::ostringstream text;
                 text << file_.name << ": " << what << ": in \"" << comp.name << "\", frame " << comp.worst.frame
                      << ", " << comp.worst.pixels << " pixels differ, by up to " << comp.worst.largest << " at "
                      << comp.worst.at.x << "," << comp.worst.at.y;
-                if (file_.mustMatch) {
-                    ADD_FAILURE() << text.str();
-                } else {
-                    std::cout << text.str() << '\n';
-                }
+                std::cout << text.str() << '\n';
+                EXPECT_FALSE(file_.mustMatch) << text.str();
             }
         }
     }
-    int crops() const {
-        int count = 0;
-        for (const auto& [verdict, crops] : verdicts_) {
-            count += crops;
-        }
-        return count;
-    }
-    ~Tally() {
-        std::cout << file_.name << ": " << crops() << " crops, " << verdicts_[Verdict::Equal] << " equal, "
-                  << verdicts_[Verdict::EdgeNoise] << " with edge noise, " << verdicts_[Verdict::Shifted]
-                  << " shifted\n";
-    }
+    ~Tally() { EXPECT_TRUE(crops_ > 0 || !file_.mustMatch); }
 
  private:
     RealFile file_;
-    std::map<Verdict, int> verdicts_;
+    int crops_ = 0;
 };
 
 // Whether the composition is shown once at that frame: other moments of it, shown beside, may reach further
@@ -172,7 +154,6 @@ TEST_P(RealFiles, NothingShiftsAtTheFrameThatWasCropped) {
             }
         }
     }
-    EXPECT_TRUE(tally.crops() > 0 || !GetParam().mustMatch);
 }
 
 TEST_P(RealFiles, NothingShiftsAtAnyFrameAfterADurationCrop) {
@@ -186,7 +167,6 @@ TEST_P(RealFiles, NothingShiftsAtAnyFrameAfterADurationCrop) {
             tally.add(compare(*before, *after), describe(use));
         }
     }
-    EXPECT_TRUE(tally.crops() > 0 || !GetParam().mustMatch);
 }
 
 INSTANTIATE_TEST_SUITE_P(, RealFiles,
