@@ -62,7 +62,6 @@ TEST(Archive, AnimationsAreFoundInEitherLayoutAndWithoutAManifest) {
              {R"({"author":"nobody"})", "animations/x.json", ""},
              {"", "a/\u706F \U0001F3EE.json", ""},
          }) {
-        SCOPED_TRACE(c.manifest + c.entry);
         std::vector<PackedEntry> entries{{c.entry, scene("Found")}};
         if (!c.manifest.empty()) {
             entries.insert(entries.begin(), {"manifest.json", c.manifest});

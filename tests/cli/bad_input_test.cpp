@@ -59,7 +59,6 @@ TEST_F(BadInput, NamesAndFramesThatDoNotExist) {
          std::vector<Case>{{{"--comp", "Cart"}, {"no composition", "\"Cart\"", "\"Scene\", \"Card\""}},
                            {{"--layer", "Cart"}, {"no layer", "\"Cart\"", "\"Scene\"", "#3 \"Words\""}},
                            {{"--layer", "Card"}, {"more than one layer", "#1 \"Card\", #2 \"Card\""}},
-                           {{"--layer", "#4"}, {"no layer", "\"#4\""}},
                            {{"--frame", "30"}, {"frame 30", "\"Scene\"", "0 to 29"}},
                            {{"--time", "1.5"}, {"1.5 s", "lasts 1 s"}},
                            {{"--padding", "lots"}, {"--padding", "lots"}},

@@ -55,17 +55,6 @@ TEST_F(Crop, TheCompositionAsAWholeAtTheTimeGiven) {
                 HasSubstr("laid over its old picture by the visible box, moved by 5,5"));
 }
 
-TEST_F(Crop, InPlaceReplacesTheFileAndKeepsItsMode) {
-    const std::string file = write("in.json", contentOf(KESTRIN_EXAMPLE));
-    fs::permissions(file, fs::perms{0640});
-    const Outcome outcome = run({"crop", file, "--layer", "#2", "--in-place"});
-    EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;
-    EXPECT_THAT(outcome.out, HasSubstr("-> 240 x 240"));
-    EXPECT_NE(contentOf(file), contentOf(KESTRIN_EXAMPLE));
-    EXPECT_EQ(fs::status(file).permissions(), fs::perms{0640});
-    EXPECT_EQ(files(), std::vector<std::string>{"in.json"});
-}
-
 TEST_F(Crop, RenderWritesTheFrameThatInfoNames) {
     EXPECT_THAT(run({"info", KESTRIN_EXAMPLE}).out,
                 HasSubstr("\"Lantern\", id \"lantern\": 800 x 800, frames 0 to 89"));

@@ -66,7 +66,6 @@ TEST_F(Modes, TheDurationAndTheMaskCropTakeANameOrAsk) {
 TEST_F(Modes, TheMenuSaysWhatAnArtistWouldSee) {
     const std::string file = card();
     EXPECT_EQ(run({"menu", file, "--select", "Card", "--keys", "shift,command"}).out, "Layer > Mask Crop\n");
-    EXPECT_EQ(run({"menu", file, "--select", "Plain"}).out, "Layer > Kestrin (disabled)\n");
     EXPECT_EQ(run({"menu", file, "--select", "Card", "--select", "Plain", "--keys", "command"}).out,
               "Layer > Multiple layers not allowed (disabled)\n");
 }

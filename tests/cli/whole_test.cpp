@@ -118,8 +118,6 @@ TEST_F(Whole, WarningsNameCompositionAndLayer) {
                                                         "expression: Child in Scene"));
     EXPECT_THAT(lines(all(spec, {"--leave-warned"})),
                 ElementsAre("Card left 200 x 200", "Plain cropped 14 x 14"));
-    EXPECT_THAT(run({"crop", pathOf("in.json"), "--layer", "Card", "-o", pathOf("one.json")}).err,
-                HasSubstr("warning: \"Title\" in \"Card\" has text"));
 }
 
 TEST_F(Whole, ABatchGoesOnAfterABadFile) {

@@ -19,7 +19,6 @@ class Answers : public ui::Answerer {
     using Step = std::function<ui::Action(const ui::Dialog&)>;
 
     ui::Action next(const ui::Dialog& dialog) override {
-        last = dialog;
         std::vector<Step>& steps = byTitle[dialog.title];
         if (steps.empty()) return {};
         const Step step = steps.front();
@@ -28,7 +27,6 @@ class Answers : public ui::Answerer {
     }
 
     std::map<std::string, std::vector<Step>> byTitle;
-    ui::Dialog last;
 };
 
 class FakeHost : public script::ScriptHost {
@@ -52,7 +50,7 @@ class FakeHost : public script::ScriptHost {
         layers.at(child - firstLayer).parent = parent;
     }
     model::Preferences& preferences() override { return store; }
-    void savePreferences() override { ++saves; }
+    void savePreferences() override {}
     void reloadPreferences() override { store = model::Preferences(); }
     void alert(const std::string& message, const std::string&, bool) override { alerts.push_back(message); }
     ui::Answerer& answerer() override { return *answersFrom; }
@@ -78,7 +76,6 @@ class FakeHost : public script::ScriptHost {
     std::optional<script::ItemId> active = 12;
     std::vector<script::LayerId> selected{firstLayer};
     model::Preferences store;
-    int saves = 0;
     std::vector<std::string> alerts;
     std::vector<std::pair<std::string, std::string>> executions;
     std::filesystem::path home;

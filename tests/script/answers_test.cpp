@@ -20,12 +20,12 @@ using Kind = Control::Kind;
 Dialog sample(int showing = 1, const std::string& title = "Settings") {
     Dialog dialog{showing, title, {}};
     const auto add = [&](Kind kind, int depth, const std::string& text) -> Control& {
-        Control control;
-        control.id = static_cast<int>(dialog.controls.size());
+        Control& control = dialog.controls.emplace_back();
+        control.id = static_cast<int>(dialog.controls.size()) - 1;
         control.kind = kind;
         control.depth = depth;
         control.text = text;
-        return dialog.controls.emplace_back(control);
+        return control;
     };
     add(Kind::Group, 0, "");
     add(Kind::CheckBox, 1, "Padding");

@@ -82,7 +82,6 @@ TEST_F(DialogTest, ResourceTextBuildsTheTree) {
     EXPECT_EQ(
         run("w.children.length + w.top.children[0].type + (w.top.box.window === w) + w.top.box.parent.type"),
         "1checkboxtruegroup");
-    EXPECT_EQ(run("w.add('group{}').orientation + w.orientation"), "rowcolumn");
     for (const char* bad : {"dialog{", "dialog{a}", "dialog{text: \"x}", "dialog{a: slider{}}",
                             "dialog{a: 1 b: 2}", "dialog{} x", "tree{}"}) {
         EXPECT_THROW(run(std::string("new Window('") + bad + "')"), script::ScriptError) << bad;

@@ -38,14 +38,6 @@ TEST_F(EngineTest, ValueIsTheLastExpressionStatement) {
     EXPECT_EQ(run("'\xF0\x9F\x8E\xAD'.length + '\xF0\x9F\x8E\xAD'"), "2\xF0\x9F\x8E\xAD");
 }
 
-TEST_F(EngineTest, ScriptsShareOneGlobalObjectAndHoist) {
-    run("undeclared = 'kept'; var other = early(); function early() { return 5; }");
-    EXPECT_EQ(run("undeclared + other"), "kept5");
-    EXPECT_EQ(run("app.KESTRIN_update_panel"), "undefined");
-    run("app.KESTRIN_update_panel = function () { return 'called'; }");
-    EXPECT_EQ(run("app.KESTRIN_update_panel()"), "called");
-}
-
 TEST_F(EngineTest, ErrorsNameTheLineOfTheScriptAndLeaveTheEngineUsable) {
     EXPECT_EQ(errorOf("\n\nnoSuchThing.member").substr(0, 17), "3: ReferenceError");
     EXPECT_EQ(errorOf("var a = 1;\nvar b = ;").substr(0, 14), "2: SyntaxError");

@@ -40,14 +40,6 @@ TEST_F(MaskCrop, TheOnlyMaskNeedsNoQuestion) {
     EXPECT_EQ(project().write(), opened);
 }
 
-TEST_F(MaskCrop, NothingShiftsForAMaskOnWholePixels) {
-    openWith(card().masked(box(50, 60, 149, 159)).at({13, 7}).rotated(90).at({300, 20}));
-    const Picture before = pictureOf("Scene");
-    EXPECT_EQ(runMaskCrop(), 0);
-    EXPECT_EQ(sizeOf("Card"), (Size{100, 100}));
-    expectSame(pictureOf("Scene"), before);
-}
-
 TEST_F(MaskCrop, OfSeveralOneIsChosen) {
     const auto three = [] {
         return card()
