@@ -93,7 +93,6 @@ TEST_F(Help, ShellsCompleteVerbsOptionsAndChoices) {
         {{"kestrin", "re"}, "render report "},
         {{"kestrin", "crop", "--plugi"}, "--plugin "},
         {{"kestrin", "crop", "x.json", "--resolution", ""}, "full half quarter third "},
-        {{"kestrin", "info", "--res"}, ""},
     };
     for (const auto& [line, expected] : offered) {
         std::string words, text;

@@ -67,6 +67,11 @@ TEST_F(Host, ALayersHandleGoesAndComesWithTheLayer) {
     EXPECT_EQ(tableItemSuite8.AEGP_GetItemType(reinterpret_cast<AEGP_ItemH>(gone), &type), A_Err_PARAMETER);
 }
 
+TEST_F(Host, ANullStandsAtTheCentre) {
+    const model::Layer& null = model::addNull(project(), comp("Scene"), "N", std::nullopt);
+    expectNear(null.position.value, {200, 150, 0});
+}
+
 TEST_F(Host, ACopyThatIsTakenBackTakesItsHandlesWithIt) {
     AEGP_CompH copy = nullptr;
     AEGP_LayerH inside = nullptr;
