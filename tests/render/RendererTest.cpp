@@ -87,6 +87,7 @@ TEST(Renderer, AWorkerThatOutgrowsItsMemoryIsReplaced) {
 TEST(Renderer, AWorkerThatDiesIsExplainedAndReplaced) {
     Renderer renderer;
     renderer.prepare(redBox());
+    draw(renderer, 0, 12, 2);  // the worker stands, with no signal handler that it was born with
     ASSERT_EQ(workers().size(), 1u);
     ::kill(workers().front(), SIGSEGV);
     EXPECT_EQ(errorOf([&] { draw(renderer, 0, 12, 2); }), "the renderer crashed (Segmentation fault)");
