@@ -3,9 +3,11 @@
 // host's order of channels beside a plain copy.
 //
 // Each file becomes a composition of 1920 x 1080: its root is shown in it as a layer, scaled to fit. The files
-// are the arguments. Fails where a frame drawn ahead differs from the renderer's own, or where the
-// median of a command's ratio exceeds its limit, unless the frames are next to nothing.
+// are the arguments. Fails where a frame drawn ahead differs from the renderer's own, or where fewer than five
+// of the files stay within the limit. (A frame with next to nothing in it is cleared faster than it can be
+// looked at.)
 
+#include <benchmark/benchmark.h>
 #include <rlottie.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -34,9 +36,9 @@ using Json = nlohmann::ordered_json;
 
 constexpr int width = 1920, height = 1080;
 constexpr int rounds = 5;
+constexpr double longest = 120;  // seconds for a file; no round begins later
 constexpr double largestRatio = 1.3;
-constexpr double shortestFrame =
-    0.002;  // seconds; below, copying and the start of the command outweigh the drawing
+constexpr int filesWithin = 5;
 
 double secondsOf(const std::function<void()>& action) {
     const auto start = std::chrono::steady_clock::now();
@@ -160,6 +162,7 @@ void drawAlone(const Scene& scene, Take&& take) {
     }
 }
 
+// Whether the command stays within the limit.
 bool measureFile(const Scene& scene) {
     drawAlone(scene, [&](int frame, const std::vector<std::uint32_t>& pixels) {
         if (hashOf(pixels) != scene.hashes[static_cast<std::size_t>(frame)]) {
@@ -173,7 +176,10 @@ bool measureFile(const Scene& scene) {
     std::vector<double> ratios, alone, whole;
     const double selfBefore = processorSeconds(RUSAGE_SELF);
     const double childrenBefore = processorSeconds(RUSAGE_CHILDREN);
+    const auto start = std::chrono::steady_clock::now();
     for (int round = 0; round < rounds; ++round) {
+        if (round > 0 && std::chrono::steady_clock::now() - start > std::chrono::duration<double>(longest))
+            break;
         alone.push_back(secondsOf([&] { drawAlone(scene, [](int, const auto&) {}); }));
         whole.push_back(secondsOf([&] {
             if (run(command) != 0) {
@@ -189,46 +195,31 @@ bool measureFile(const Scene& scene) {
     std::printf("| %s | %d | %.2f | %.2f | %.2f | %.2f, %.2f | %.2f |\n", scene.file.filename().c_str(),
                 scene.frames, aloneMedian, spreadOf(whole).median, ratio.median, ratio.lowest, ratio.highest,
                 processorRatio);
-    if (aloneMedian / scene.frames < shortestFrame || ratio.median <= largestRatio) {
-        return true;
-    }
-    std::cerr << scene.file << ": the command takes " << ratio.median << " times as long\n";
-    return false;
+    std::fflush(stdout);
+    return ratio.median <= largestRatio;
 }
 
 // ---- Pixels -------------------------------------------------------------------------------------------------
 
 void measureDepth(const char* name, render::Depth depth) {
-    render::Picture picture{width, height, std::vector<std::uint32_t>(std::size_t{width} * height)};
+    const render::World world = render::transparentWorld({depth, width, height});
     std::uint32_t state = 1;
-    for (std::uint32_t& pixel : picture.pixels) {
-        pixel = state = state * 1'664'525 + 1'013'904'223;
+    for (std::size_t i = 0; i < world.bytes() / 4; ++i) {
+        state = state * 1'664'525 + 1'013'904'223;
+        std::memcpy(world.memory.get() + 4 * i, &state, 4);
     }
-    const std::size_t bytes = picture.pixels.size() * 4 *
-                              (depth == render::Depth::Bits8    ? 1
-                               : depth == render::Depth::Bits16 ? 2
-                                                                : 4);
-    const std::vector<char> source(bytes, 1);
+    const std::vector<char> source(world.bytes(), 1);
+    const auto copy = std::make_unique<char[]>(world.bytes());
     std::vector<double> ratios, copies, worlds;
-    std::size_t seen = 0;
     for (int round = 0; round < 101; ++round) {
-        copies.push_back(secondsOf([&] {
-            const auto copy = std::make_unique_for_overwrite<char[]>(bytes);
-            std::memcpy(copy.get(), source.data(), bytes);
-            seen += static_cast<std::size_t>(copy[bytes - 1 - static_cast<std::size_t>(round)]);
-        }));
-        worlds.push_back(secondsOf([&] {
-            const render::World world = render::makeWorld(picture, depth);
-            seen += static_cast<std::size_t>(world.data()[round]);
-        }));
+        copies.push_back(secondsOf([&] { std::memcpy(copy.get(), source.data(), source.size()); }));
+        worlds.push_back(secondsOf([&] { render::layOut(world, world.memory.get()); }));
         ratios.push_back(worlds.back() / copies.back());
+        benchmark::DoNotOptimize(copy.get()[round]);
     }
     const Spread ratio = spreadOf(ratios);
     std::printf("| %s | %.2f | %.2f | %.2f |\n", name, 1000 * spreadOf(copies).median,
                 1000 * spreadOf(worlds).median, ratio.median);
-    if (seen == 0) {
-        std::abort();
-    }
 }
 
 }  // namespace
@@ -253,12 +244,11 @@ int main(int argumentCount, char** arguments) {
         for (int i = 1; i < argumentCount; ++i) {
             scenes.push_back(drawnApart(arguments[i], folder));
         }
-        bool good = true;
-        for (const Scene& scene : scenes) {
-            good &= measureFile(scene);
-        }
+        const auto within = std::count_if(scenes.begin(), scenes.end(), measureFile);
         std::filesystem::remove_all(folder);
-        return good ? EXIT_SUCCESS : EXIT_FAILURE;
+        std::printf("\nWithin %.1f times the renderer's own time: %d of %d files.\n", largestRatio,
+                    static_cast<int>(within), static_cast<int>(scenes.size()));
+        return within >= filesWithin || scenes.empty() ? EXIT_SUCCESS : EXIT_FAILURE;
     } catch (const std::exception& error) {
         std::cerr << "frame_bench: " << error.what() << "\n";
         return EXIT_FAILURE;

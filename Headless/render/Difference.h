@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <optional>
 
-#include "render/Renderer.h"
+#include "render/Picture.h"
 
 namespace headless::render {
 

@@ -5,6 +5,11 @@
 #include <utility>
 
 namespace headless::render {
+namespace {
+
+constexpr std::size_t largestKept = 4 << 20;  // of a document's text, bytes
+
+}  // namespace
 
 Frames::Frames(Limits limits, int workers) : places_{Place(limits), Place(limits)}, workers_(workers) {}
 
@@ -15,29 +20,44 @@ int Frames::usualWorkers() {
 void Frames::prepare(MakeDocument document, int frameCount) {
     document_ = std::move(document);
     frameCount_ = frameCount;
+    text_.clear();
     last_.reset();
     for (Place& place : places_) place.prepared = false;
 }
 
 PictureView Frames::frame(int frame, int width, int height) {
-    const Wanted wanted{frame, width, height};
+    const auto pixels = drawn({frame, width, height, {}});
+    return {width,
+            height,
+            {reinterpret_cast<const std::uint32_t*>(pixels.get()),
+             static_cast<std::size_t>(width) * static_cast<std::size_t>(height)}};
+}
+
+World Frames::world(int frame, const WorldShape& shape) {
+    return {shape, drawn({frame, shape.width, shape.height, shape.depth})};
+}
+
+std::shared_ptr<std::byte> Frames::drawn(const FrameRequest& wanted) {
     Place& place = placeFor(wanted);
     if (place.started != wanted) start(place, wanted);
-    const int step = last_ && last_->width == width && last_->height == height ? frame - last_->frame : 0;
+    FrameRequest next = last_.value_or(wanted);
+    const int step = wanted.frame - next.frame;
+    next.frame = wanted.frame;
+    const bool inSequence = step > 0 && next == wanted;
+    next.frame += step;
     last_ = wanted;
-    const Wanted next{frame + step, width, height};
-    if (workers_ > 1 && step > 0 && next.frame < frameCount_) {
+    if (workers_ > 1 && inSequence && next.frame < frameCount_) {
         drawAhead(&place == &places_[0] ? places_[1] : places_[0], next);
     }
     place.started.reset();
     place.prepared = false;  // unless it turns out well
-    const PictureView result = place.renderer.finish();
+    auto result = place.renderer.finish();
     place.prepared = true;
     return result;
 }
 
 // The one that draws it already, else one that has nothing to do, else one whose document is gone anyway.
-Frames::Place& Frames::placeFor(const Wanted& wanted) {
+Frames::Place& Frames::placeFor(const FrameRequest& wanted) {
     const auto rank = [&](const Place& place) {
         if (!place.prepared) return 2;
         return place.started == wanted ? 0 : !place.started ? 1 : 3;
@@ -45,19 +65,21 @@ Frames::Place& Frames::placeFor(const Wanted& wanted) {
     return rank(places_[1]) < rank(places_[0]) ? places_[1] : places_[0];
 }
 
-void Frames::start(Place& place, const Wanted& wanted) {
+void Frames::start(Place& place, const FrameRequest& wanted) {
     // A worker that is busy with something else is not waited for, but replaced.
     if (!place.prepared || place.started) {
         place.started.reset();
         place.prepared = false;
-        place.renderer.prepare(document_());
+        if (text_.empty()) text_ = document_();
+        place.renderer.prepare(text_);
+        if (text_.size() > largestKept) text_ = {};
         place.prepared = true;
     }
-    place.renderer.start(wanted.frame, wanted.width, wanted.height);
+    place.renderer.start(wanted);
     place.started = wanted;
 }
 
-void Frames::drawAhead(Place& place, const Wanted& wanted) {
+void Frames::drawAhead(Place& place, const FrameRequest& wanted) {
     if (place.prepared && place.started == wanted) return;
     try {
         start(place, wanted);

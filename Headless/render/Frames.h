@@ -8,13 +8,14 @@
 #include <optional>
 #include <string>
 
+#include "render/Picture.h"
 #include "render/Renderer.h"
 
 namespace headless::render {
 
 class Frames {
  public:
-    // Makes the text for Renderer::prepare(), once for each worker.
+    // Makes the text for Renderer::prepare(); a large one is made for each worker anew.
     using MakeDocument = std::function<std::string()>;
 
     explicit Frames(Limits limits = {}, int workers = usualWorkers());
@@ -25,29 +26,29 @@ class Frames {
     // As Renderer draws it. The pixels stay until the next call. Throws RenderError if this very frame cannot
     // be drawn, and whatever `document` throws.
     PictureView frame(int frame, int width, int height);
+    // The same as the host hands it on.
+    World world(int frame, const WorldShape& shape);
 
  private:
-    struct Wanted {
-        int frame = 0, width = 0, height = 0;
-        bool operator==(const Wanted&) const = default;
-    };
     struct Place {
         explicit Place(Limits limits) : renderer(limits) {}
         Renderer renderer;
         bool prepared = false;
-        std::optional<Wanted> started;
+        std::optional<FrameRequest> started;
     };
 
     static int usualWorkers();
-    Place& placeFor(const Wanted& wanted);
-    void start(Place& place, const Wanted& wanted);
-    void drawAhead(Place& place, const Wanted& wanted);
+    std::shared_ptr<std::byte> drawn(const FrameRequest& wanted);
+    Place& placeFor(const FrameRequest& wanted);
+    void start(Place& place, const FrameRequest& wanted);
+    void drawAhead(Place& place, const FrameRequest& wanted);
 
     std::array<Place, 2> places_;
     int workers_;
     MakeDocument document_;
+    std::string text_;  // the document, kept for the second worker unless it is large
     int frameCount_ = 0;
-    std::optional<Wanted> last_;
+    std::optional<FrameRequest> last_;
 };
 
 }  // namespace headless::render

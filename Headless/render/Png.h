@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string>
 
-#include "render/Renderer.h"
+#include "render/Picture.h"
 
 namespace headless::render {
 

@@ -6,36 +6,13 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
-#include <span>
 #include <stdexcept>
 #include <string>
-#include <vector>
+
+#include "render/Service.h"
+#include "render/SharedMemory.h"
 
 namespace headless::render {
-
-// Premultiplied, one 32-bit word a pixel (blue in the lowest byte, alpha in the highest), rows without
-// gaps, top row first.
-struct Picture {
-    int width = 0;
-    int height = 0;
-    std::vector<std::uint32_t> pixels;
-
-    bool operator==(const Picture&) const = default;
-};
-
-// The same in somebody else's memory.
-struct PictureView {
-    PictureView() = default;
-    PictureView(int pictureWidth, int pictureHeight, std::span<const std::uint32_t> itsPixels)
-        : width(pictureWidth), height(pictureHeight), pixels(itsPixels) {}
-    PictureView(const Picture& picture) : PictureView(picture.width, picture.height, picture.pixels) {}
-
-    Picture copy() const { return {width, height, {pixels.begin(), pixels.end()}}; }
-
-    int width = 0;
-    int height = 0;
-    std::span<const std::uint32_t> pixels;
-};
 
 // The worker refused the document, died, hung or outgrew its limits. The message says which, in words that
 // follow "cannot render ...: ".
@@ -59,12 +36,11 @@ class Renderer {
     // Hands over a document that normalise() made; it stays until the next call. Starts the worker when there
     // is none. Whether it can be drawn is known when its first frame is finished. Throws RenderError.
     void prepare(const std::string& document);
-    // Has the worker draw frame `frame` (from 0 = the document's in point) of the prepared document, to fill
-    // width x height, and does not wait for it. Throws RenderError.
-    void start(int frame, int width, int height);
-    // Waits for the frame that was started. Its pixels stay until the next call. Throws RenderError; then the
-    // next prepare() starts a new worker.
-    PictureView finish();
+    // Has the worker draw a frame of the prepared document and does not wait for it. Throws RenderError.
+    void start(const FrameRequest& wanted);
+    // Waits for the frame that was started: its pixels, which stay as they are while somebody holds them.
+    // Throws RenderError; then the next prepare() starts a new worker.
+    std::shared_ptr<std::byte> finish();
 
  private:
     struct Worker;
@@ -73,7 +49,7 @@ class Renderer {
 
     std::unique_ptr<Worker> worker_;
     Limits limits_;
-    PictureView started_;
+    std::shared_ptr<SharedMemory::Part> started_;
 };
 
 }  // namespace headless::render

@@ -1,6 +1,7 @@
 #include "render/World.h"
 
-#include <array>
+#include <algorithm>
+#include <bit>
 #include <cstring>
 
 #ifdef __x86_64__
@@ -12,79 +13,100 @@
 namespace headless::render {
 namespace {
 
+static_assert(std::endian::native == std::endian::little);
+
 constexpr std::size_t gapPixels = 5;
 constexpr std::uint32_t gapPixel = 0xFF'AB'CD'EF;
 
+std::size_t pixelBytes(Depth depth) {
+    return depth == Depth::Bits8 ? 4 : depth == Depth::Bits16 ? 8 : 16;
+}
+
 // value * 32768 / 255, rounded, in numbers of 16 bits.
-std::uint16_t toWord(std::uint32_t value) {
+std::uint16_t toWord(std::uint8_t value) {
     const auto scaled = static_cast<std::uint16_t>(value * 128);
     return static_cast<std::uint16_t>(scaled + static_cast<std::uint16_t>(scaled + 127) / 255);
 }
 
-float toFloat(std::uint32_t value) {
+float toFloat(std::uint8_t value) {
     return static_cast<float>(value) / 255.0f;
 }
 
-// Loops that the compiler can turn into vector instructions. The first would be slower than a copy with those
-// that every processor has.
-FOR_NEWER_PROCESSORS_TOO void convertPixels(const std::uint32_t* source, std::size_t count, std::uint8_t* to) {
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::uint32_t pixel = __builtin_bswap32(source[i]);
-        std::memcpy(to + 4 * i, &pixel, 4);
-    }
+// Loops that the compiler can turn into vector instructions; slower than a copy with those that every processor
+// has.
+FOR_NEWER_PROCESSORS_TOO void reverseBytes(std::uint32_t* pixels, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) pixels[i] = __builtin_bswap32(pixels[i]);
 }
 
-template <typename Channel, typename Convert>
-void convertPixels(const std::uint32_t* source, std::size_t count, Channel* to, Convert convert) {
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::uint32_t pixel = source[i];
-        to[4 * i] = convert(pixel >> 24);
-        to[4 * i + 1] = convert(pixel >> 16 & 0xFF);
-        to[4 * i + 2] = convert(pixel >> 8 & 0xFF);
-        to[4 * i + 3] = convert(pixel & 0xFF);
-    }
+FOR_NEWER_PROCESSORS_TOO void convert(const std::uint8_t* from, std::size_t count, std::uint16_t* to) {
+    for (std::size_t i = 0; i < count; ++i) to[i] = toWord(from[i]);
 }
 
-void convertPixels(const std::uint32_t* source, std::size_t count, std::uint16_t* to) {
-    convertPixels(source, count, to, toWord);
+FOR_NEWER_PROCESSORS_TOO void convert(const std::uint8_t* from, std::size_t count, float* to) {
+    for (std::size_t i = 0; i < count; ++i) to[i] = toFloat(from[i]);
 }
 
-void convertPixels(const std::uint32_t* source, std::size_t count, float* to) {
-    convertPixels(source, count, to, toFloat);
-}
-
+// `to` may reach over what of `from` has been read.
 template <typename Channel>
-void fill(World& world, const PictureView& picture) {
-    constexpr std::size_t pixelBytes = 4 * sizeof(Channel);
-    const auto width = static_cast<std::size_t>(picture.width);
-    const auto rows = static_cast<std::size_t>(picture.height);
-    world.rowBytes = static_cast<std::uint32_t>((width + gapPixels) * pixelBytes);
-    const std::size_t blocks = (world.rowBytes * rows + sizeof(World::Block) - 1) / sizeof(World::Block);
-    world.blocks = std::make_unique_for_overwrite<World::Block[]>(blocks);
-    std::array<std::uint32_t, gapPixels> gap;
-    gap.fill(gapPixel);
-    for (std::size_t row = 0; row < rows; ++row) {
-        auto* to = reinterpret_cast<Channel*>(world.data() + row * world.rowBytes);
-        convertPixels(picture.pixels.data() + row * width, width, to);
-        convertPixels(gap.data(), gap.size(), to + 4 * width);
+void widen(const std::byte* from, std::size_t count, std::byte* to) {
+    constexpr std::size_t most = 128;
+    std::uint32_t pixels[most];
+    Channel channels[4 * most];
+    for (std::size_t done = 0; done < count; done += most) {
+        const std::size_t some = std::min(most, count - done);
+        std::memcpy(pixels, from + done * sizeof *pixels, some * sizeof *pixels);
+        reverseBytes(pixels, some);
+        convert(reinterpret_cast<const std::uint8_t*>(pixels), 4 * some, channels);
+        std::memcpy(to + done * 4 * sizeof(Channel), channels, some * 4 * sizeof(Channel));
     }
 }
 
 }  // namespace
 
-World makeWorld(const PictureView& picture, Depth depth) {
-    World world{depth, picture.width, picture.height, 0, {}};
-    switch (depth) {
-        case Depth::Bits8:
-            fill<std::uint8_t>(world, picture);
-            break;
-        case Depth::Bits16:
-            fill<std::uint16_t>(world, picture);
-            break;
-        case Depth::Bits32:
-            fill<float>(world, picture);
-            break;
+std::size_t WorldShape::rowBytes() const {
+    return (static_cast<std::size_t>(width) + gapPixels) * pixelBytes(depth);
+}
+
+// Bytes keep their place. Wider channels take more of it than the picture does, which therefore lies at the
+// end: what is written from the first pixel on never reaches what has not been read.
+Canvas canvasOf(const WorldShape& shape, std::byte* memory) {
+    const std::size_t pictureRow = static_cast<std::size_t>(shape.width) * sizeof(std::uint32_t);
+    const bool inPlace = shape.depth == Depth::Bits8;
+    if (!inPlace) memory += shape.bytes() - pictureRow * static_cast<std::size_t>(shape.height);
+    return {reinterpret_cast<std::uint32_t*>(memory), inPlace ? shape.rowBytes() : pictureRow};
+}
+
+void layOut(const WorldShape& shape, std::byte* memory) {
+    const auto width = static_cast<std::size_t>(shape.width);
+    const Canvas canvas = canvasOf(shape, memory);
+    std::uint32_t gapWords[gapPixels];
+    std::fill_n(gapWords, gapPixels, gapPixel);
+    const auto* gap = reinterpret_cast<const std::byte*>(gapWords);
+    const auto* from = reinterpret_cast<const std::byte*>(canvas.pixels);
+    for (std::byte* row = memory; row != memory + shape.bytes(); row += shape.rowBytes()) {
+        std::byte* const behind = row + width * pixelBytes(shape.depth);
+        switch (shape.depth) {
+            case Depth::Bits8:
+                std::memcpy(behind, gap, sizeof gapWords);
+                reverseBytes(reinterpret_cast<std::uint32_t*>(row), width + gapPixels);
+                break;
+            case Depth::Bits16:
+                widen<std::uint16_t>(from, width, row);
+                widen<std::uint16_t>(gap, gapPixels, behind);
+                break;
+            case Depth::Bits32:
+                widen<float>(from, width, row);
+                widen<float>(gap, gapPixels, behind);
+                break;
+        }
+        from += canvas.rowBytes;
     }
+}
+
+World transparentWorld(const WorldShape& shape) {
+    World world{shape,
+                std::shared_ptr<std::byte>(new std::byte[shape.bytes()](), std::default_delete<std::byte[]>())};
+    layOut(world, world.memory.get());
     return world;
 }
 

@@ -22,16 +22,14 @@ model::Size sourceSize(const model::Layer& layer) {
 
 }  // namespace
 
-render::PictureView CompPictures::view(const model::Comp& comp, double frame, int factorX, int factorY) {
+template <class Drawn, class Blank>
+auto CompPictures::at(const model::Comp& comp, double frame, int factorX, int factorY, Drawn&& drawn,
+                      Blank&& blank) {
     const auto [width, height] = comp.item->size;
     const int pictureWidth = roundedUp(width, factorX);
     const int pictureHeight = roundedUp(height, factorY);
     const double wholeFrame = std::floor(frame + roundedAway);
-    if (wholeFrame < 0 || wholeFrame >= std::ceil(comp.frameCount())) {
-        nothing_ = {pictureWidth, pictureHeight,
-                    std::vector<std::uint32_t>(static_cast<std::size_t>(pictureWidth) * pictureHeight)};
-        return nothing_;
-    }
+    if (wholeFrame < 0 || wholeFrame >= std::ceil(comp.frameCount())) return blank(pictureWidth, pictureHeight);
     try {
         std::string key = std::to_string(comp.item->id) + " " + std::to_string(factorX) + " " +
                           std::to_string(factorY) + " " + std::to_string(project_.history.revision());
@@ -43,11 +41,36 @@ render::PictureView CompPictures::view(const model::Comp& comp, double frame, in
                 static_cast<int>(std::ceil(comp.frameCount())));
             comps_.key = std::move(key);
         }
-        return comps_.frames.frame(static_cast<int>(wholeFrame), pictureWidth, pictureHeight);
+        return drawn(comps_.frames, static_cast<int>(wholeFrame), pictureWidth, pictureHeight);
     } catch (const render::RenderError& error) {
         throw render::RenderError("cannot render \"" + comp.item->name + "\" at frame " +
                                   std::to_string(static_cast<int>(wholeFrame)) + ": " + error.what());
     }
+}
+
+render::PictureView CompPictures::view(const model::Comp& comp, double frame, int factorX, int factorY) {
+    return at(
+        comp, frame, factorX, factorY,
+        [](render::Frames& frames, int index, int width, int height) {
+            return frames.frame(index, width, height);
+        },
+        [this](int width, int height) -> render::PictureView {
+            const auto pixels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+            nothing_ = {width, height, std::vector<std::uint32_t>(pixels)};
+            return nothing_;
+        });
+}
+
+render::World CompPictures::world(const model::Comp& comp, double frame, int factorX, int factorY,
+                                  render::Depth depth) {
+    return at(
+        comp, frame, factorX, factorY,
+        [depth](render::Frames& frames, int index, int width, int height) {
+            return frames.world(index, {depth, width, height});
+        },
+        [depth](int width, int height) {
+            return render::transparentWorld({depth, width, height});
+        });
 }
 
 Box CompPictures::maskedBounds(const model::Layer& layer, double fileFrame) {

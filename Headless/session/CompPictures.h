@@ -22,7 +22,9 @@ class CompPictures {
     // pixel is the composition's top left corner. Outside the composition's time it is transparent. The pixels
     // stay until the next call. Throws render::RenderError, naming composition and frame.
     render::PictureView view(const model::Comp& comp, double frame, int factorX = 1, int factorY = 1);
-    // The same, to keep.
+    // The same as the host hands it to a plug-in.
+    render::World world(const model::Comp& comp, double frame, int factorX, int factorY, render::Depth depth);
+    // The picture, to keep.
     render::Picture picture(const model::Comp& comp, double frame, int factorX = 1, int factorY = 1) {
         return view(comp, frame, factorX, factorY).copy();
     }
@@ -37,6 +39,10 @@ class CompPictures {
         render::Frames frames;
         std::string key;
     };
+
+    // Calls `drawn(frames, frame, width, height)`, or `blank(width, height)` outside the composition's time.
+    template <class Drawn, class Blank>
+    auto at(const model::Comp& comp, double frame, int factorX, int factorY, Drawn&& drawn, Blank&& blank);
 
     const model::Project& project_;
     Prepared comps_, masks_;

@@ -515,8 +515,7 @@ render::World Session::renderedWorld(const RenderOptions& wanted) {
         throw HostError{A_Err_GENERIC,
                         "\"" + item->name + "\" is no composition, and only those can be rendered"};
     }
-    return render::makeWorld(pictures_.view(*item->comp, framesOf(wanted.time), wanted.factorX, wanted.factorY),
-                             options_.depth);
+    return pictures_.world(*item->comp, framesOf(wanted.time), wanted.factorX, wanted.factorY, options_.depth);
 }
 
 std::uint64_t Session::keys() {

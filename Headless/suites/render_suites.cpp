@@ -127,8 +127,9 @@ A_Err getSize(AEGP_WorldH world, A_long* width, A_long* height) noexcept {
 }
 
 A_Err getRowBytes(AEGP_WorldH world, A_u_long* rowBytes) noexcept {
-    return gate("AEGP_GetRowBytes",
-                [&](Session& session) { need(rowBytes) = worldAt(session, world).rowBytes; });
+    return gate("AEGP_GetRowBytes", [&](Session& session) {
+        need(rowBytes) = static_cast<A_u_long>(worldAt(session, world).rowBytes());
+    });
 }
 
 template <class Pixel>
@@ -139,7 +140,7 @@ A_Err getBaseAddress(const char* name, AEGP_WorldH world, render::Depth depth, P
         if (what.depth != depth) {
             throw HostError{A_Err_GENERIC, "the frame has another depth"};
         }
-        *address = reinterpret_cast<Pixel*>(what.data());
+        *address = reinterpret_cast<Pixel*>(what.memory.get());
     });
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "render/Normalise.h"
+#include "render/Picture.h"
 #include "render/Renderer.h"
 
 namespace headless::render {
@@ -66,8 +67,11 @@ inline char letter(std::uint32_t pixel) {
 }
 
 inline PictureView draw(Renderer& renderer, int frame, int width, int height) {
-    renderer.start(frame, width, height);
-    return renderer.finish();
+    renderer.start({frame, width, height, {}});
+    const auto pixels = renderer.finish();
+    return {width,
+            height,
+            {reinterpret_cast<const std::uint32_t*>(pixels.get()), static_cast<std::size_t>(width * height)}};
 }
 
 inline std::string row(const PictureView& picture, int y) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 
 #include "Drawing.h"
@@ -24,14 +25,7 @@ class FramesTest : public testing::Test {
  protected:
     FramesTest() { prepare(); }
 
-    void prepare() {
-        frames_.prepare(
-            [this] {
-                ++documents_;
-                return moving();
-            },
-            frameCount);
-    }
+    void prepare() { frames_.prepare(moving, frameCount); }
     // Where the box is.
     std::size_t at(int frame) { return row(frames_.frame(frame, 12, 2), 0).find('R'); }
     std::string errorAt(int frame) {
@@ -43,7 +37,6 @@ class FramesTest : public testing::Test {
         return "none";
     }
 
-    int documents_ = 0;
     Frames frames_{{.frameTime = std::chrono::milliseconds(800)}, 2};
 };
 
@@ -59,9 +52,10 @@ TEST_F(FramesTest, AreDrawnAheadOnlyInSequenceAndToTheEnd) {
     EXPECT_EQ(workers().size(), 1u);
     for (int frame = 1; frame < frameCount; ++frame) EXPECT_EQ(at(frame), static_cast<std::size_t>(frame));
     EXPECT_EQ(workers().size(), 2u);
+    const auto both = workers();
     at(0);
     at(1);
-    EXPECT_EQ(documents_, 2) << "a worker was replaced without need";
+    EXPECT_EQ(workers(), both) << "a worker was replaced without need";
 }
 
 TEST_F(FramesTest, AFailureAheadCountsWhenItsFrameIsAskedFor) {
@@ -80,6 +74,33 @@ TEST_F(FramesTest, AnotherDocumentThrowsAwayWhatIsDrawnAhead) {
     ::kill(workers().back(), SIGSTOP);
     prepare();
     for (const std::size_t frame : {0, 1, 2, 3}) EXPECT_EQ(at(static_cast<int>(frame)), frame);
+}
+
+TEST(Frames, AWorldStaysWhileItIsHeld) {
+    std::vector<World> held;
+    {
+        Frames frames;
+        frames.prepare(moving, frameCount);
+        for (int frame = 0; frame < 6; ++frame) {
+            const auto depth = static_cast<Depth>(1 + frame % 3);
+            held.push_back(frames.world(frame, {depth, 12 * (1 + frame / 3), 2}));
+        }
+        frames.frame(0, 12, 2);
+    }
+    for (std::size_t frame = 0; frame < held.size(); ++frame) {
+        const World& world = held[frame];
+        const std::size_t channelBytes = std::size_t{1} << frame % 3;
+        std::string alphas;  // a digit for each pixel of the second row: whether there is any
+        for (std::size_t x = 0; x < static_cast<std::size_t>(world.width); ++x) {
+            const std::byte* alpha = world.memory.get() + world.rowBytes() + x * 4 * channelBytes;
+            alphas += std::all_of(alpha, alpha + channelBytes, [](std::byte b) { return b == std::byte{}; })
+                          ? '.'
+                          : 'x';
+        }
+        const std::size_t scale = 1 + frame / 3;
+        std::string expected(12 * scale, '.');
+        EXPECT_EQ(alphas, expected.replace(frame * scale, scale, scale, 'x')) << frame;
+    }
 }
 
 }  // namespace

@@ -11,16 +11,27 @@
 namespace headless::render {
 namespace {
 
-const Picture fourPixels{2, 2, {0x80402010, 0x00000000, 0xFFFFFFFF, 0x01010000}};
+// As a worker makes one.
+World worldOf(const Picture& picture, Depth depth) {
+    World world = transparentWorld({depth, picture.width, picture.height});
+    const Canvas canvas = canvasOf(world, world.memory.get());
+    const std::size_t rowBytes = static_cast<std::size_t>(picture.width) * 4;
+    for (std::size_t y = 0; y < static_cast<std::size_t>(picture.height); ++y) {
+        std::memcpy(reinterpret_cast<std::byte*>(canvas.pixels) + y * canvas.rowBytes,
+                    picture.pixels.data() + y * rowBytes / 4, rowBytes);
+    }
+    layOut(world, world.memory.get());
+    return world;
+}
 
 template <typename Channel>
 std::vector<Channel> pixelAt(const World& world, int x, int y) {
     std::vector<Channel> channels(4);
     const std::size_t pixelBytes = 4 * sizeof(Channel);
-    std::memcpy(
-        channels.data(),
-        world.data() + static_cast<std::size_t>(y) * world.rowBytes + static_cast<std::size_t>(x) * pixelBytes,
-        pixelBytes);
+    std::memcpy(channels.data(),
+                world.memory.get() + static_cast<std::size_t>(y) * world.rowBytes() +
+                    static_cast<std::size_t>(x) * pixelBytes,
+                pixelBytes);
     return channels;
 }
 
@@ -31,7 +42,7 @@ void expectConverted(Depth depth, Convert convert) {
     for (std::uint32_t i = 0; i < 19 * 27; ++i) {
         picture.pixels.push_back(i % 256 << 24 | (i + 1) % 256 << 16 | (i + 2) % 256 << 8 | (i + 3) % 256);
     }
-    const World world = makeWorld(picture, depth);
+    const World world = worldOf(picture, depth);
     for (int i = 0; i < 19 * 27; ++i) {
         std::vector<Channel> expected;
         for (int channel = 0; channel < 4; ++channel) expected.push_back(convert((i + channel) % 256));
@@ -48,11 +59,15 @@ TEST(World, LaysChannelsOutAtEachDepth) {
 }
 
 TEST(World, FillsTheGapsWithOpaquePixels) {
-    const World world = makeWorld(fourPixels, Depth::Bits16);
-    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(world.data()) % 16, 0u);
-    ASSERT_GT(world.rowBytes, 2u * 8);
-    for (int x = 2; x < static_cast<int>(world.rowBytes / 8); ++x) {
-        for (int y = 0; y < 2; ++y) EXPECT_EQ(pixelAt<std::uint16_t>(world, x, y)[0], 32'768);
+    for (const Depth depth : {Depth::Bits8, Depth::Bits16}) {
+        const World world = transparentWorld({depth, 2, 2});
+        const int inRow = static_cast<int>(world.rowBytes()) / (depth == Depth::Bits8 ? 4 : 8);
+        ASSERT_GT(inRow, 2);
+        for (int i = 0; i < 2 * inRow; ++i) {
+            const int alpha = depth == Depth::Bits8 ? pixelAt<std::uint8_t>(world, i % inRow, i / inRow)[0]
+                                                    : pixelAt<std::uint16_t>(world, i % inRow, i / inRow)[0];
+            EXPECT_EQ(alpha, i % inRow < 2 ? 0 : depth == Depth::Bits8 ? 255 : 32'768) << i;
+        }
     }
 }
 

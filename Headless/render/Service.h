@@ -1,0 +1,44 @@
+// What runs in a worker process, and what goes over the socket between it and its parent.
+
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <optional>
+
+#include "render/World.h"
+
+namespace headless::render {
+
+// A frame (from 0 = the document's in point), drawn to fill width x height.
+struct FrameRequest {
+    int frame = 0;
+    int width = 0;
+    int height = 0;
+    std::optional<Depth> depth;  // of a world; none: a picture
+
+    bool operator==(const FrameRequest&) const = default;
+    WorldShape world() const { return {depth.value(), width, height}; }
+    std::size_t bytes() const;
+};
+
+struct Request {
+    enum class Kind : std::uint32_t { Prepare, Frame };
+    Kind kind = Kind::Prepare;
+    std::uint64_t textLength = 0;  // of the document, which follows
+    FrameRequest frame;
+    std::uint64_t offset = 0;  // where in the shared memory it goes
+};
+
+struct Answer {
+    enum class Kind : std::int32_t { Done, Refused, OutOfMemory, Forbidden };
+    Kind kind = Kind::Done;
+    std::int32_t systemCall = 0;  // the forbidden one
+};
+
+// Answers requests until the other end of `socket` is closed; then the process ends. `memory` is the shared
+// file. To be called in a process that has just been forked from `parent`.
+[[noreturn]] void serve(int socket, int memory, std::uint64_t memoryBytes, pid_t parent);
+
+}  // namespace headless::render
