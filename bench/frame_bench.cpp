@@ -3,9 +3,9 @@
 // host's order of channels beside a plain copy.
 //
 // Each file becomes a composition of 1920 x 1080: its root is shown in it as a layer, scaled to fit. The files
-// are the arguments. Fails where a frame drawn ahead differs from the renderer's own, or where fewer than five
-// of the files stay within the limit. (A frame with next to nothing in it is cleared faster than it can be
-// looked at.)
+// are the arguments, "NAME:8" is the first eight frames of one. Fails where a frame drawn ahead differs from
+// the renderer's own, or where fewer than five of the files stay within the limit. (A frame with next to
+// nothing in it is cleared faster than it can be looked at.)
 
 #include <benchmark/benchmark.h>
 #include <rlottie.h>
@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <climits>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -84,9 +85,10 @@ Json use(const std::string& id, const Json& root, int useWidth, int useHeight, d
               {"s", fixed({scale, scale, 100})}}}};
 }
 
-std::string enlarged(const std::filesystem::path& file) {
+std::string enlarged(const std::filesystem::path& file, int mostFrames) {
     std::ifstream in(file);
     Json root = Json::parse(in);
+    root["op"] = std::min(root["op"].get<double>(), root["ip"].get<double>() + mostFrames);
     const double scale = 100 * std::min(width / root["w"].get<double>(), height / root["h"].get<double>());
     Json stage = use("Original", root, root["w"], root["h"], scale);
     Json& assets = root["assets"];
@@ -129,9 +131,12 @@ std::size_t hashOf(std::span<const std::uint32_t> pixels) {
 }
 
 // By one worker and by two, before the renderer runs in this process: its threads do not survive a fork.
-Scene drawnApart(const std::filesystem::path& original, const std::filesystem::path& folder) {
+Scene drawnApart(const std::string& argument, const std::filesystem::path& folder) {
+    const std::size_t colon = argument.find(':');
+    const std::filesystem::path original = argument.substr(0, colon);
+    const int mostFrames = colon == std::string::npos ? INT_MAX : std::stoi(argument.substr(colon + 1));
     Scene scene{folder / original.filename(), {}, 0, {}};
-    std::ofstream(scene.file, std::ios::binary) << enlarged(original);
+    std::ofstream(scene.file, std::ios::binary) << enlarged(original, mostFrames);
     const auto project = model::Project::open(scene.file);
     const model::Comp& comp = *project->root().layers.front()->source->comp;
     scene.frames = static_cast<int>(std::ceil(comp.frameCount()));

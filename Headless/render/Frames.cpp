@@ -1,7 +1,8 @@
 #include "render/Frames.h"
 
+#include <sched.h>
+
 #include <exception>
-#include <thread>
 #include <utility>
 
 namespace headless::render {
@@ -11,10 +12,14 @@ constexpr std::size_t largestKept = 4 << 20;  // of a document's text, bytes
 
 }  // namespace
 
-Frames::Frames(Limits limits, int workers) : places_{Place(limits), Place(limits)}, workers_(workers) {}
+Frames::Frames(Limits limits, int workers)
+    : places_{Place(limits, workers > 1 ? Processors::Even : Processors::All), Place(limits, Processors::Odd)},
+      workers_(workers) {}
 
+// Of the processors, only those that this process may use.
 int Frames::usualWorkers() {
-    return std::thread::hardware_concurrency() > 1 ? 2 : 1;
+    cpu_set_t allowed;
+    return ::sched_getaffinity(0, sizeof allowed, &allowed) == 0 && CPU_COUNT(&allowed) > 1 ? 2 : 1;
 }
 
 void Frames::prepare(MakeDocument document, int frameCount) {

@@ -31,7 +31,7 @@ class Frames {
 
  private:
     struct Place {
-        explicit Place(Limits limits) : renderer(limits) {}
+        Place(Limits limits, Processors processors) : renderer(limits, processors) {}
         Renderer renderer;
         bool prepared = false;
         std::optional<FrameRequest> started;

@@ -52,14 +52,14 @@ std::string secondsText(std::chrono::milliseconds time) {
 
 // The parent's end. Once anything has failed it is of no more use.
 struct Renderer::Worker {
-    explicit Worker(const Limits& given) : limits(given) {
+    Worker(const Limits& given, Processors processors) : limits(given) {
         int ends[2];
         if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) failedCall("socketpair");
         socket = Descriptor(ends[0]);
         const Descriptor other(ends[1]);
         const pid_t self = ::getpid();
         process = ::fork();
-        if (process == 0) serve(other.get(), memory.descriptor(), limits.memoryBytes, self);
+        if (process == 0) serve(other.get(), memory.descriptor(), limits.memoryBytes, processors, self);
         if (process < 0) failedCall("fork");
     }
     Worker(const Worker&) = delete;
@@ -134,13 +134,13 @@ struct Renderer::Worker {
     }
 };
 
-Renderer::Renderer(Limits limits) : limits_(limits) {}
+Renderer::Renderer(Limits limits, Processors processors) : limits_(limits), processors_(processors) {}
 Renderer::~Renderer() = default;
 
 void Renderer::prepare(const std::string& document) {
     if (worker_ && worker_->unanswered > 0) worker_.reset();
     guarded([&] {
-        if (!worker_) worker_ = std::make_unique<Worker>(limits_);
+        if (!worker_) worker_ = std::make_unique<Worker>(limits_, processors_);
         worker_->send({Request::Kind::Prepare, document.size(), {}, 0}, document);
     });
 }

@@ -28,7 +28,7 @@ struct Limits {
 
 class Renderer {
  public:
-    explicit Renderer(Limits limits = {});
+    explicit Renderer(Limits limits = {}, Processors processors = Processors::All);
     ~Renderer();
     Renderer(const Renderer&) = delete;
     Renderer& operator=(const Renderer&) = delete;
@@ -49,6 +49,7 @@ class Renderer {
 
     std::unique_ptr<Worker> worker_;
     Limits limits_;
+    Processors processors_;
     std::shared_ptr<SharedMemory::Part> started_;
 };
 

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <malloc.h>
 #include <rlottie.h>
+#include <sched.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -48,6 +49,20 @@ void limitWorker(std::uint64_t memoryBytes, pid_t parent) {
     sigset_t none;
     sigemptyset(&none);
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+// Every second one of those that the process has, where it has two.
+void keepTo(Processors processors) {
+    cpu_set_t all, some;
+    if (processors == Processors::All || ::sched_getaffinity(0, sizeof all, &all) != 0) return;
+    CPU_ZERO(&some);
+    bool take = processors == Processors::Even;
+    for (int number = 0; number < CPU_SETSIZE; ++number) {
+        if (!CPU_ISSET(number, &all)) continue;
+        if (take) CPU_SET(number, &some);
+        take = !take;
+    }
+    if (CPU_COUNT(&some) > 0) (void)::sched_setaffinity(0, sizeof some, &some);
 }
 
 // The only descriptors of the worker, but for standard input and output, which lead nowhere.
@@ -182,8 +197,9 @@ std::size_t FrameRequest::bytes() const {
     return static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * sizeof(std::uint32_t);
 }
 
-void serve(int socket, int memory, std::uint64_t memoryBytes, pid_t parent) {
+void serve(int socket, int memory, std::uint64_t memoryBytes, Processors processors, pid_t parent) {
     limitWorker(memoryBytes, parent);
+    keepTo(processors);
     dropDescriptors(socket, memory);
     std::set_terminate(explainEnd);
     [&]() noexcept { Service(memoryBytes).run(); }();

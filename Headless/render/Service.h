@@ -37,8 +37,12 @@ struct Answer {
     std::int32_t systemCall = 0;  // the forbidden one
 };
 
+// The processors that a worker may use: two that draw at once get in each other's way less when each has its
+// own.
+enum class Processors { All, Even, Odd };
+
 // Answers requests until the other end of `socket` is closed; then the process ends. `memory` is the shared
 // file. To be called in a process that has just been forked from `parent`.
-[[noreturn]] void serve(int socket, int memory, std::uint64_t memoryBytes, pid_t parent);
+[[noreturn]] void serve(int socket, int memory, std::uint64_t memoryBytes, Processors processors, pid_t parent);
 
 }  // namespace headless::render

@@ -1,6 +1,7 @@
 // crop --all: whole animations, what is left and put back, and what the program says about it.
 
 #include <gmock/gmock.h>
+#include <sched.h>
 #include <signal.h>
 
 #include <chrono>
@@ -167,6 +168,27 @@ TEST_F(Whole, AnInterruptEndsTheBatchAndKeepsWhatIsDone) {
     EXPECT_EQ(cancelled.code, ExitCode::Cancelled) << cancelled.err;
     EXPECT_THAT(cancelled.err, HasSubstr("cancelled"));
     EXPECT_FALSE(fs::exists(folder / "out/b.json"));
+}
+
+TEST_F(Whole, OneProcessorWritesTheBytesOfTwo) {
+    cpu_set_t all;
+    ASSERT_EQ(::sched_getaffinity(0, sizeof all, &all), 0);
+    if (CPU_COUNT(&all) < 2) {
+        GTEST_SKIP() << "there is one processor only";
+    }
+    run({"crop", "--all", KESTRIN_EXAMPLE, "-o", pathOf("two.json")});
+    int first = 0;
+    while (!CPU_ISSET(first, &all)) {
+        ++first;
+    }
+    cpu_set_t one;
+    CPU_ZERO(&one);
+    CPU_SET(first, &one);
+    ::sched_setaffinity(0, sizeof one, &one);
+    run({"crop", "--all", KESTRIN_EXAMPLE, "-o", pathOf("one.json")});
+    ::sched_setaffinity(0, sizeof all, &all);
+    EXPECT_NE(contentOf(pathOf("two.json")), "");
+    EXPECT_EQ(contentOf(pathOf("one.json")), contentOf(pathOf("two.json")));
 }
 
 }  // namespace
