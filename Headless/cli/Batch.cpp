@@ -61,7 +61,7 @@ void print(const TriedComp& comp) {
                       << grouped(area.before - area.after) << " pixels saved ("
                       << static_cast<int>(area.savedPercent()) << " %), " << counted(comp.uses, "use")
                       << " corrected";
-            if (comp.padding == 0) {
+            if (comp.paddingGivenUp) {
                 std::cout << ", without padding: it would have shown what its frame cuts off";
             }
             break;

@@ -157,6 +157,7 @@ class WholeCrop {
             TriedComp tighter = entry;
             attempt(comp, 0, tighter);
             if (tighter.outcome == Outcome::Cropped) {
+                tighter.paddingGivenUp = true;
                 return tighter;
             }
         }

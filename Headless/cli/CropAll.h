@@ -36,6 +36,7 @@ struct TriedComp {
     model::Vec3 corner;                 // cropped: top left of the new frame in the old one's pixels
     int uses = 0;                       // layers that show it
     int padding = 0;                    // cropped: that was left
+    bool paddingGivenUp = false;        // cropped: less than asked for, as it showed what the frame cuts off
     std::optional<ComparedComp> worst;  // of those that show it, compared before and after this crop
     std::vector<std::string> settled;   // cropped: what was put right besides, a line each
 };

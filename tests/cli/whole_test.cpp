@@ -15,6 +15,7 @@ namespace kestrin_test {
 
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
@@ -79,6 +80,13 @@ TEST_F(Whole, WhatTheFrameCutsOffIsNotBroughtToLight) {
     EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;
     EXPECT_THAT(lines(file), ElementsAre("Card cropped 40 x 20"));
     EXPECT_EQ(file["compositions"][0]["padding"], 0);
+
+    // Said where the padding was given up, not where none was asked for.
+    const auto said = [&](const std::string& padding) {
+        return run({"crop", "--all", pathOf("in.json"), "--padding", padding, "-o", pathOf("out.json")}).out;
+    };
+    EXPECT_THAT(said("2"), HasSubstr("without padding"));
+    EXPECT_THAT(said("0"), AllOf(HasSubstr("-> 40 x 20"), Not(HasSubstr("without padding"))));
 }
 
 TEST_F(Whole, WhatWouldShiftIsPutBack) {
