@@ -56,11 +56,7 @@ void print(const TriedComp& comp) {
     std::cout << "  " << inQuotes(comp.name) << ": ";
     switch (comp.outcome) {
         case Outcome::Cropped: {
-            const Area area = areaOf({comp});
-            std::cout << sizeText(comp.before) << " -> " << sizeText(comp.after) << ", "
-                      << grouped(area.before - area.after) << " pixels saved ("
-                      << static_cast<int>(area.savedPercent()) << " %), " << counted(comp.uses, "use")
-                      << " corrected";
+            std::cout << cropText(comp.before, comp.after, comp.uses);
             if (comp.paddingGivenUp) {
                 std::cout << ", without padding: it would have shown what its frame cuts off";
             }
@@ -92,7 +88,7 @@ void print(const FileOutcome& file) {
         std::cout << ", " << putBack << " put back";
     }
     std::cout << "; " << grouped(area.before) << " -> " << grouped(area.after) << " pixels ("
-              << static_cast<int>(area.savedPercent()) << " % saved)\n";
+              << area.wholePercent() << " % saved)\n";
     if (file.written) {
         std::cout << "wrote " << printable(file.output.string())
                   << (result.count(Outcome::Cropped) == 0 ? ", unchanged" : "") << '\n';
@@ -150,8 +146,7 @@ Json fileJson(const FileOutcome& file) {
         return json;
     }
     const CropAllResult& result = *file.result;
-    const Area area = areaOf(result.comps);
-    json["area"] = {{"before", area.before}, {"after", area.after}, {"savedPercent", area.savedPercent()}};
+    json["area"] = areaJson(areaOf(result.comps));
     json["counts"] = {{"cropped", result.count(Outcome::Cropped)},
                       {"left", result.count(Outcome::Left)},
                       {"putBack", result.count(Outcome::PutBack)}};

@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 
+#include "cli/Comps.h"
 #include "cli/ExitCode.h"
 #include "cli/Find.h"
 #include "session/CompPictures.h"
@@ -30,15 +31,6 @@ struct Pair {
 };
 using Pairs = std::map<std::string, Pair>;  // by asset id
 
-template <class Do>
-void forEachComp(const model::Project& project, Do&& action) {
-    for (const model::ItemPtr& item : project.items) {
-        if (item->comp) {
-            action(*item->comp);
-        }
-    }
-}
-
 Pairs pairsOf(const model::Project& before, const model::Project& after) {
     Pairs pairs;
     forEachComp(before, [&](const model::Comp& comp) { pairs[comp.assetId].before = &comp; });
@@ -60,8 +52,8 @@ void addShown(const model::Comp* comp, std::set<std::string>& ids) {
         return;
     }
     for (const model::LayerPtr& layer : comp->layers) {
-        if (layer->source != nullptr && layer->source->comp) {
-            ids.insert(layer->source->comp->assetId);
+        if (const model::Comp* shown = compShownBy(*layer)) {
+            ids.insert(shown->assetId);
         }
     }
 }

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 #include <set>
 
+#include "cli/Comps.h"
 #include "cli/Cropping.h"
 #include "cli/Find.h"
 #include "cli/Progress.h"
@@ -14,30 +14,6 @@ namespace headless::cli {
 
 namespace {
 
-std::int64_t pixels(model::Size size) {
-    return std::int64_t{size.width} * size.height;
-}
-
-double savedPercent(std::int64_t before, std::int64_t after) {
-    return before == 0 ? 0 : 100.0 * static_cast<double>(before - after) / static_cast<double>(before);
-}
-
-using Users = std::map<const model::Item*, std::vector<const model::Layer*>>;
-
-Users usersIn(const model::Project& project) {
-    Users users;
-    for (const model::ItemPtr& item : project.items) {
-        if (item->comp) {
-            for (const model::LayerPtr& layer : item->comp->layers) {
-                if (layer->source != nullptr && layer->source->comp) {
-                    users[layer->source].push_back(layer.get());
-                }
-            }
-        }
-    }
-    return users;
-}
-
 // Everything that the composition shows, the innermost first, then the composition itself.
 void addInnermostFirst(model::Comp& comp, std::set<const model::Comp*>& seen,
                        std::vector<model::Comp*>& order) {
@@ -45,8 +21,8 @@ void addInnermostFirst(model::Comp& comp, std::set<const model::Comp*>& seen,
         return;
     }
     for (const model::LayerPtr& layer : comp.layers) {
-        if (layer->source != nullptr && layer->source->comp) {
-            addInnermostFirst(*layer->source->comp, seen, order);
+        if (model::Comp* shown = compShownBy(*layer)) {
+            addInnermostFirst(*shown, seen, order);
         }
     }
     order.push_back(&comp);
@@ -57,11 +33,7 @@ std::vector<model::Comp*> innermostFirst(const model::Project& project) {
     std::vector<model::Comp*> order;
     addInnermostFirst(project.root(), seen, order);
     order.pop_back();  // the root
-    for (const model::ItemPtr& item : project.items) {
-        if (item->comp) {
-            addInnermostFirst(*item->comp, seen, order);
-        }
-    }
+    forEachComp(project, [&](model::Comp& comp) { addInnermostFirst(comp, seen, order); });
     return order;
 }
 
@@ -89,7 +61,7 @@ class WholeCrop {
           project_(workplace.session().project()),
           request_(request),
           original_(project_.copy()),
-          users_(usersIn(project_)) {}
+          uses_(usesIn(project_)) {}
 
     CropAllResult run(const std::function<void(const std::vector<Warning>&)>& onWarnings) {
         const std::vector<model::Comp*> comps = innermostFirst(project_);
@@ -115,16 +87,17 @@ class WholeCrop {
  private:
     // To crop it, and to look at those that show it.
     int framesFor(const model::Comp& comp) const {
-        int frames = 0;
-        if (const auto found = users_.find(comp.item); found != users_.end()) {
-            std::set<const model::Comp*> showing;
-            for (const model::Layer* use : found->second) {
-                showing.insert(use->comp);
-            }
-            frames = frameCount(comp);
-            for (const model::Comp* each : showing) {
-                frames += frameCount(*each);
-            }
+        const auto uses = uses_.find(comp.item);
+        if (uses == uses_.end()) {
+            return 0;
+        }
+        std::set<const model::Comp*> showing;
+        for (const model::Layer* use : uses->second) {
+            showing.insert(use->comp);
+        }
+        int frames = frameCount(comp);
+        for (const model::Comp* each : showing) {
+            frames += frameCount(*each);
         }
         return frames;
     }
@@ -141,12 +114,12 @@ class WholeCrop {
         entry.assetId = comp.assetId;
         entry.name = comp.item->name;
         entry.before = entry.after = comp.item->size;
-        const auto users = users_.find(comp.item);
-        if (users == users_.end()) {
+        const auto uses = uses_.find(comp.item);
+        if (uses == uses_.end()) {
             entry.reason = "nothing shows it";
             return entry;
         }
-        entry.uses = static_cast<int>(users->second.size());
+        entry.uses = static_cast<int>(uses->second.size());
         if (request_.leaveWarned && !warningsFor(project_, {comp.item}).empty()) {
             entry.reason = "there are warnings about it";
             return entry;
@@ -168,74 +141,88 @@ class WholeCrop {
     bool attempt(model::Comp& comp, int padding, TriedComp& entry) {
         const std::size_t stepsBefore = project_.history.done().size();
         const auto before = project_.copy();
-        const auto giveUp = [&](Outcome outcome, std::string reason) {
-            project_.history.rollBackTo(stepsBefore);
-            entry.outcome = outcome;
-            entry.reason = std::move(reason);
-        };
-        CropRequest crop;
-        crop.command = Command::Duration;
-        crop.padding = padding;
-        crop.plugInOnly = request_.plugInOnly;
         bool reachesOut = false;
         try {
-            workplace_.session().openComp(comp);
-            workplace_.session().select(comp, {});
-            const CropResult cropped = cli::crop(workplace_, comp, crop, *progress_);
+            const CropResult cropped = crop(comp, padding);
             const auto self = std::find_if(cropped.resized.begin(), cropped.resized.end(),
                                            [&](const CroppedComp& each) { return each.name == entry.name; });
-            const std::int64_t saved = pixels(entry.before) - pixels(comp.item->size);
-            if (self == cropped.resized.end() || saved <= 0) {
-                giveUp(Outcome::Left, "already as small as its content");
-                return false;
+            entry.outcome = Outcome::Left;
+            entry.reason = whyNotWorth(entry.before, comp.item->size);
+            if (entry.reason.empty()) {
+                reachesOut = self->reachesOut();
+                entry.outcome = Outcome::PutBack;
+                entry.reason = whyDifferent(*before, entry);
             }
-            const double percent = savedPercent(pixels(entry.before), pixels(comp.item->size));
-            if (percent < request_.leastSaving) {
-                giveUp(Outcome::Left, "would save only " + shortNumber(std::floor(percent * 10) / 10) + " %");
-                return false;
+            if (entry.reason.empty()) {
+                entry.outcome = Outcome::Cropped;
+                entry.after = comp.item->size;
+                entry.corner = self->corner.value_or(model::Vec3{});
+                entry.padding = padding;
+                entry.settled = cropped.settled;
             }
-            reachesOut = self->reachesOut();
-            ComparisonRequest looking;
-            looking.onFrame = [this] {
-                progress_->frameDone();
-                requireGoingOn();
-            };
-            const Comparison comparison = compare(*before, project_, looking);
-            if (const ComparedComp* worst = worstOf(comparison)) {
-                entry.worst = *worst;
-            }
-            if (comparison.verdict() == Verdict::Shifted) {
-                giveUp(Outcome::PutBack, describe(*entry.worst));
-                return reachesOut;
-            }
-            entry.outcome = Outcome::Cropped;
-            entry.reason.clear();
-            entry.after = comp.item->size;
-            entry.corner = self->corner.value_or(model::Vec3{});
-            entry.padding = padding;
-            entry.settled = cropped.settled;
         } catch (const NothingCropped& nothing) {
-            giveUp(Outcome::Left, nothing.why);
+            entry.outcome = Outcome::Left;
+            entry.reason = nothing.why;
         } catch (const Stop& stop) {
             if (stop.code == ExitCode::Cancelled) {
                 throw;
             }
-            giveUp(Outcome::PutBack, stop.what());
+            entry.outcome = Outcome::PutBack;
+            entry.reason = stop.what();
         } catch (const render::RenderError& error) {
-            giveUp(Outcome::PutBack, printable(error.what()));
+            entry.outcome = Outcome::PutBack;
+            entry.reason = printable(error.what());
+        }
+        if (entry.outcome != Outcome::Cropped) {
+            project_.history.rollBackTo(stepsBefore);
         }
         return reachesOut;
     }
 
+    CropResult crop(model::Comp& comp, int padding) {
+        CropRequest request;
+        request.command = Command::Duration;
+        request.padding = padding;
+        request.plugInOnly = request_.plugInOnly;
+        workplace_.session().openComp(comp);
+        workplace_.session().select(comp, {});
+        return cli::crop(workplace_, comp, request, *progress_);
+    }
+
+    // Empty where the crop pays.
+    std::string whyNotWorth(model::Size before, model::Size after) const {
+        Area area;
+        area.add(before, after);
+        if (area.saved() <= 0) {
+            return "already as small as its content";
+        }
+        return area.savedPercent() < request_.leastSaving
+                   ? "would save only " + shortNumber(std::floor(area.savedPercent() * 10) / 10) + " %"
+                   : "";
+    }
+
+    // Empty where those that show it look the same.
+    std::string whyDifferent(const model::Project& before, TriedComp& entry) {
+        const Comparison comparison = compared(before);
+        if (const ComparedComp* worst = worstOf(comparison)) {
+            entry.worst = *worst;
+        }
+        return comparison.verdict() == Verdict::Shifted ? describe(*entry.worst) : "";
+    }
+
+    Comparison compared(const model::Project& before) {
+        ComparisonRequest request;
+        request.onFrame = [this] {
+            progress_->frameDone();
+            requireGoingOn();
+        };
+        return compare(before, project_, request);
+    }
+
     // Crops that look right one by one may not do so together: then the last ones go.
     void checkWhole() {
-        const auto lookAt = [this] {
-            requireGoingOn();
-            ComparisonRequest looking;
-            looking.onFrame = [this] { progress_->frameDone(); };
-            result_.comparison = compare(*original_, project_, looking);
-        };
-        lookAt();
+        requireGoingOn();
+        result_.comparison = compared(*original_);
         for (std::size_t i = result_.comps.size();
              i-- > 0 && result_.comparison.verdict() == Verdict::Shifted;) {
             TriedComp& comp = result_.comps[i];
@@ -247,7 +234,7 @@ class WholeCrop {
             comp.reason = "together with the others, " + describe(*worstOf(result_.comparison));
             comp.after = comp.before;
             comp.settled.clear();
-            lookAt();
+            result_.comparison = compared(*original_);
         }
     }
 
@@ -255,7 +242,7 @@ class WholeCrop {
     model::Project& project_;
     const CropAllRequest& request_;
     std::unique_ptr<model::Project> original_;
-    Users users_;
+    Uses uses_;
     Progress* progress_ = nullptr;
     std::vector<std::size_t> stepsBefore_;  // in the history, for each composition that was tried
     CropAllResult result_;
@@ -268,16 +255,11 @@ int CropAllResult::count(Outcome outcome) const {
                                           [&](const TriedComp& comp) { return comp.outcome == outcome; }));
 }
 
-double Area::savedPercent() const {
-    return cli::savedPercent(before, after);
-}
-
 Area areaOf(const std::vector<TriedComp>& comps) {
     Area area;
     for (const TriedComp& comp : comps) {
         if (comp.uses > 0) {
-            area.before += pixels(comp.before);
-            area.after += pixels(comp.after);
+            area.add(comp.before, comp.after);
         }
     }
     return area;

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/Area.h"
 #include "cli/Comparison.h"
 #include "cli/Warnings.h"
 #include "cli/Workplace.h"
@@ -49,11 +50,7 @@ struct CropAllResult {
     int count(Outcome outcome) const;
 };
 
-// Pixels of the precomps that something shows, before and after.
-struct Area {
-    std::int64_t before = 0, after = 0;
-    double savedPercent() const;
-};
+// Of the precomps that something shows.
 Area areaOf(const std::vector<TriedComp>& comps);
 
 // Crops what is open. `onWarnings` is called before the first crop. Throws Stop when the person cancelled;

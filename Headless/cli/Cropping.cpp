@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iostream>
 
+#include "cli/Area.h"
+#include "cli/Comps.h"
 #include "cli/Text.h"
 #include "cli/Verbs.h"
 
@@ -12,36 +14,29 @@ namespace {
 
 constexpr char section[] = "Kestrin";
 
-template <class Do>
-void forEachComp(const model::Project& project, Do&& action) {
-    for (const model::ItemPtr& item : project.items) {
-        if (item->comp) {
-            action(*item->comp);
-        }
-    }
-}
+// What the host shows from now on.
+class Shown {
+ public:
+    explicit Shown(const Session& session) : session_(session), first_(session.messages().size()) {}
 
-int usesOf(const model::Project& project, const model::Item& item) {
-    int uses = 0;
-    forEachComp(project, [&](const model::Comp& comp) {
-        uses += static_cast<int>(
-            std::count_if(comp.layers.begin(), comp.layers.end(),
-                          [&](const model::LayerPtr& layer) { return layer->source == &item; }));
-    });
-    return uses;
-}
+    std::string alerts() const { return texts(true); }
+    std::string problems() const { return texts(false); }
 
-// What the host showed since the `first` message.
-std::string texts(const Session& session, bool alerts, std::size_t first) {
-    std::string text;
-    for (std::size_t i = first; i < session.messages().size(); ++i) {
-        const Message& message = session.messages()[i];
-        if ((message.kind == Message::Kind::Alert) == alerts) {
-            text += "\n    " + printable(message.title) + ": " + indented(message.text);
+ private:
+    std::string texts(bool alerts) const {
+        std::string text;
+        for (std::size_t i = first_; i < session_.messages().size(); ++i) {
+            const Message& message = session_.messages()[i];
+            if ((message.kind == Message::Kind::Alert) == alerts) {
+                text += "\n    " + printable(message.title) + ": " + indented(message.text);
+            }
         }
+        return text;
     }
-    return text;
-}
+
+    const Session& session_;
+    std::size_t first_;
+};
 
 std::string whyDisabled(const model::Comp& comp, Command command) {
     const std::string name = inQuotes(comp.item->name);
@@ -86,76 +81,6 @@ void selectMask(Session& session, model::Comp& comp, const std::string& name) {
     session.select(comp, {{layer.id, -1}, {layer.id, found.front()}});
 }
 
-}  // namespace
-
-bool expands(const model::Preferences& preferences, Command command) {
-    return command == Command::Standard && preferences.getBool(section, "Expand").value_or(false) &&
-           preferences.getLong(section, "ExpandAmount").value_or(0) != 0;
-}
-
-MenuEntry holdKeysFor(Session& session, Command command) {
-    const std::size_t firstMessage = session.messages().size();
-    // The first tick takes back what an earlier command left; the second one sees the keys.
-    session.openMenu();
-    A_Err error = session.tick();
-    session.openMenu();
-    session.holdKeys(command == Command::MaskCrop || command == Command::Preferences,
-                     command == Command::MaskCrop || command == Command::Duration);
-    error = error != A_Err_NONE ? error : session.tick();
-    session.holdKeys(false, false);
-    if (error != A_Err_NONE || session.pluginCommand() == 0) {
-        throw Stop(ExitCode::Failed,
-                   "the plug-in could not tell what can be cropped:" + texts(session, false, firstMessage));
-    }
-    return session.menuEntry(session.pluginCommand());
-}
-
-SizesBefore::SizesBefore(const model::Project& project) {
-    forEachComp(project, [&](const model::Comp& comp) { sizes_.emplace_back(comp.item->id, comp.item->size); });
-}
-
-CropResult SizesBefore::compareWith(const model::Project& project,
-                                    const std::vector<const model::Item*>& targets,
-                                    const Settling& settling) const {
-    CropResult result;
-    forEachComp(project, [&](const model::Comp& comp) {
-        const model::Item& item = *comp.item;
-        const auto old = std::lower_bound(sizes_.begin(), sizes_.end(), std::pair(item.id, model::Size{}),
-                                          [](const auto& a, const auto& b) { return a.first < b.first; });
-        const bool isNew = old == sizes_.end() || old->first != item.id;
-        const model::Size before = isNew ? item.size : old->second;
-        const bool wanted = std::find(targets.begin(), targets.end(), comp.item) != targets.end();
-        if (!isNew && !wanted && before == item.size) {
-            return;
-        }
-        const CroppedComp entry{item.name, before, item.size, usesOf(project, item),
-                                settling.cornerOf(project, item)};
-        if (isNew) {
-            result.added.push_back(entry);
-        } else if (entry.before != entry.after) {
-            result.resized.push_back(entry);
-        } else {
-            result.unchanged.push_back(entry);
-        }
-    });
-    return result;
-}
-
-std::vector<const model::Item*> cropTargets(const model::Project& project, const model::Comp& comp) {
-    if (comp.selection.empty()) {
-        return {comp.item};
-    }
-    std::vector<const model::Item*> targets;
-    for (const model::SelectedThing& thing : comp.selection) {
-        const model::Item* source = project.layer(thing.layer)->source;
-        if (source != nullptr && source->comp &&
-            std::find(targets.begin(), targets.end(), source) == targets.end()) {
-            targets.push_back(source);
-        }
-    }
-    return targets;
-}
-
 void setPreferences(model::Preferences& preferences, const CropRequest& request) {
     const auto setAmount = [&](const char* flag, const char* amount, const std::optional<int>& value) {
         if (value) {
@@ -172,6 +97,103 @@ void setPreferences(model::Preferences& preferences, const CropRequest& request)
         preferences.setBool(section, "DeleteMask", true);
     }
     preferences.keepFromFile();  // they were asked for this once
+}
+
+void requireEnabled(Session& session, const model::Comp& comp, Command command) {
+    const Shown shown(session);
+    if (!holdKeysFor(session, command).enabled) {
+        throw NothingCropped(whyDisabled(comp, command) + shown.alerts());
+    }
+}
+
+}  // namespace
+
+bool expands(const model::Preferences& preferences, Command command) {
+    return command == Command::Standard && preferences.getBool(section, "Expand").value_or(false) &&
+           preferences.getLong(section, "ExpandAmount").value_or(0) != 0;
+}
+
+MenuEntry holdKeysFor(Session& session, Command command) {
+    const Shown shown(session);
+    // The first tick takes back what an earlier command left; the second one sees the keys.
+    session.openMenu();
+    A_Err error = session.tick();
+    session.openMenu();
+    session.holdKeys(command == Command::MaskCrop || command == Command::Preferences,
+                     command == Command::MaskCrop || command == Command::Duration);
+    error = error != A_Err_NONE ? error : session.tick();
+    session.holdKeys(false, false);
+    const bool known = error == A_Err_NONE && session.pluginCommand() != 0;
+    const MenuEntry entry = known ? session.menuEntry(session.pluginCommand()) : MenuEntry{};
+    const std::string problems = shown.problems();
+    if (!known || (!entry.enabled && !problems.empty())) {
+        throw Stop(ExitCode::Failed, "the plug-in could not tell what can be cropped:" + problems);
+    }
+    return entry;
+}
+
+ProjectBefore::ProjectBefore(model::Project& project, std::vector<const model::Item*> targets)
+    : project_(project),
+      targets_(std::move(targets)),
+      settling_(project),
+      steps_(project.history.done().size()) {
+    forEachComp(project, [&](const model::Comp& comp) { sizes_[comp.item->id] = comp.item->size; });
+}
+
+bool ProjectBefore::unchanged() const {
+    return project_.history.done().size() == steps_;
+}
+
+CropResult ProjectBefore::result() const {
+    CropResult result;
+    Uses uses = usesIn(project_);
+    forEachComp(project_, [&](const model::Comp& comp) {
+        const model::Item& item = *comp.item;
+        const auto old = sizes_.find(item.id);
+        const bool isNew = old == sizes_.end();
+        const model::Size before = isNew ? item.size : old->second;
+        const bool wanted = std::find(targets_.begin(), targets_.end(), &item) != targets_.end();
+        if (isNew || wanted || before != item.size) {
+            auto& list = isNew ? result.added : before != item.size ? result.resized : result.unchanged;
+            list.push_back({item.name, before, item.size, static_cast<int>(uses[&item].size()),
+                            settling_.cornerOf(project_, item)});
+        }
+    });
+    return result;
+}
+
+CropResult ProjectBefore::settledResult(bool expanded) const {
+    std::vector<std::string> settled;
+    if (!unchanged()) {
+        settled = settling_.settle(project_, expanded);
+    }
+    CropResult cropped = result();
+    cropped.settled = std::move(settled);
+    return cropped;
+}
+
+void requireNotCancelled(const Session& session, Command command, const Progress& progress,
+                         const CropResult& result) {
+    // A closed mask chooser leaves its undo group to the host, and that is all it does.
+    const bool chooserClosed = command == Command::MaskCrop && session.undoMismatches() > 0;
+    if ((progress.interrupted() || chooserClosed) && result.resized.empty() && result.added.empty()) {
+        throw Stop(ExitCode::Cancelled, "cancelled; the project is as it was");
+    }
+}
+
+std::vector<const model::Item*> cropTargets(const model::Project& project, const model::Comp& comp) {
+    if (comp.selection.empty()) {
+        return {comp.item};
+    }
+    std::vector<const model::Item*> targets;
+    for (const model::SelectedThing& thing : comp.selection) {
+        const model::Item* source = project.layer(thing.layer)->source;
+        if (source != nullptr && source->comp &&
+            std::find(targets.begin(), targets.end(), source) == targets.end()) {
+            targets.push_back(source);
+        }
+    }
+    return targets;
 }
 
 bool CroppedComp::reachesOut() const {
@@ -191,61 +213,33 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
     if (!request.mask.empty()) {
         selectMask(session, comp, request.mask);
     }
-    const auto targets = cropTargets(project, comp);
-    const SizesBefore before(project);
-    const Settling settling(project);
-    const std::size_t firstMessage = session.messages().size();
-    const auto failWith = [&](const std::string& what) {
-        throw Stop(ExitCode::Failed, what + texts(session, false, firstMessage));
-    };
-    const auto stopForNothing = [&](const std::string& why) {
-        throw NothingCropped(why + texts(session, true, firstMessage));
-    };
-    if (!holdKeysFor(session, request.command).enabled) {
-        if (!texts(session, false, firstMessage).empty()) {
-            failWith("the plug-in could not tell what can be cropped:");
-        }
-        stopForNothing(whyDisabled(comp, request.command));
-    }
+    const ProjectBefore before(project, cropTargets(project, comp));
+    requireEnabled(session, comp, request.command);
 
-    const std::size_t stepsBefore = project.history.done().size();
+    const Shown shown(session);
     const A_Err error = session.runCommand(session.pluginCommand());
     workplace.requireAnswered();
     if (error != A_Err_NONE) {
-        failWith("the plug-in failed:");
+        throw Stop(ExitCode::Failed, "the plug-in failed:" + shown.problems());
     }
-    std::vector<std::string> settled;
-    if (!request.plugInOnly && project.history.done().size() != stepsBefore) {
-        settled = settling.settle(project, expands(session.preferences(), request.command));
-    }
-    CropResult result = before.compareWith(project, targets, settling);
-    result.settled = std::move(settled);
+    CropResult result = request.plugInOnly
+                            ? before.result()
+                            : before.settledResult(expands(session.preferences(), request.command));
+    requireNotCancelled(session, request.command, progress, result);
     if (result.resized.empty() && result.added.empty()) {
-        // A closed mask chooser leaves its undo group to the host, and that is all it does.
-        const bool chooserClosed = request.command == Command::MaskCrop && session.undoMismatches() > 0;
-        if (progress.interrupted() || chooserClosed) {
-            throw Stop(ExitCode::Cancelled, "cancelled; the project is as it was");
+        if (const std::string alerts = shown.alerts(); !alerts.empty()) {
+            throw NothingCropped("the plug-in said" + alerts);
         }
-        if (!texts(session, true, firstMessage).empty()) {
-            stopForNothing("the plug-in said");
-        }
-        if (project.history.done().size() == stepsBefore) {
-            stopForNothing("nothing is visible at any frame");
+        if (before.unchanged()) {
+            throw NothingCropped("nothing is visible at any frame");
         }
     }
     return result;
 }
 
 void print(const CropResult& result, bool alerted) {
-    const auto area = [](model::Size size) { return std::int64_t{size.width} * size.height; };
     for (const CroppedComp& comp : result.resized) {
-        const std::int64_t saved = area(comp.before) - area(comp.after);
-        std::cout << inQuotes(comp.name) << ": " << sizeText(comp.before) << " -> " << sizeText(comp.after)
-                  << ", "
-                  << (saved >= 0 ? grouped(saved) + " pixels saved (" +
-                                       std::to_string(saved * 100 / area(comp.before)) + " %)"
-                                 : grouped(-saved) + " pixels more")
-                  << ", " << counted(comp.uses, "use") << " corrected\n";
+        std::cout << inQuotes(comp.name) << ": " << cropText(comp.before, comp.after, comp.uses) << '\n';
         if (comp.reachesOut()) {
             say("warning: the new frame of " + inQuotes(comp.name) +
                 " reaches over the old one; what that cut off there shows now");

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -48,16 +49,23 @@ struct CropResult {
     std::vector<std::string> settled;    // what was put right besides, a line each
 };
 
-// The sizes of all compositions, to tell later what a command has done to them.
-class SizesBefore {
+// A project before a command, to tell later what that has done to it.
+class ProjectBefore {
  public:
-    explicit SizesBefore(const model::Project& project);
-    // `targets`: what was to be cropped.
-    CropResult compareWith(const model::Project& project, const std::vector<const model::Item*>& targets,
-                           const Settling& settling) const;
+    // `targets`: what is to be cropped.
+    ProjectBefore(model::Project& project, std::vector<const model::Item*> targets);
+
+    bool unchanged() const;
+    CropResult result() const;
+    // The same once what the plug-in leaves is put right. `expanded`: the crop ran twice.
+    CropResult settledResult(bool expanded) const;
 
  private:
-    std::vector<std::pair<model::ItemId, model::Size>> sizes_;
+    model::Project& project_;
+    std::vector<const model::Item*> targets_;
+    std::map<model::ItemId, model::Size> sizes_;
+    Settling settling_;
+    std::size_t steps_;
 };
 
 struct NothingCropped : Stop {
@@ -69,16 +77,18 @@ struct NothingCropped : Stop {
 // What a crop of the opened composition with this selection is about.
 std::vector<const model::Item*> cropTargets(const model::Project& project, const model::Comp& comp);
 
-void setPreferences(model::Preferences& preferences, const CropRequest& request);
-
 // Runs the command on what is open and selected. Throws NothingCropped, and Stop when a dialog got no answer,
 // when the plug-in failed, or when the person cancelled; the project is then not to be written.
 CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& request);
 // The same as one of several, with the progress of them all.
 CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& request, const Progress& progress);
 
-// Whether the standard crop follows an expanding run.
+// Whether the command crops twice, first to an expanded frame.
 bool expands(const model::Preferences& preferences, Command command);
+
+// Throws Stop where the person cancelled a command, which has then done nothing.
+void requireNotCancelled(const Session& session, Command command, const Progress& progress,
+                         const CropResult& result);
 
 void print(const CropResult& result, bool alerted);
 

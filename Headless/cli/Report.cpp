@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <compare>
-#include <map>
 #include <set>
 
+#include "cli/Area.h"
+#include "cli/Comps.h"
 #include "cli/Find.h"
 
 namespace headless::cli {
@@ -59,46 +59,34 @@ int frameToShow(CompPictures& pictures, const model::Comp& comp, const Compariso
 
 // ---- Where the second version lies in the first --------------------------------------------------------
 
-struct Corner {
-    double left = 0, top = 0;
-    auto operator<=>(const Corner&) const = default;
-};
-
-// Seen from the layers that show the composition in both: what the anchors of most of them moved by.
-std::optional<Corner> cornerByUse(const model::Project& before, const model::Project& after,
-                                  const std::string& id) {
-    std::map<Corner, int> seen;
+// Told by the layers that show the composition in both, at the same place.
+std::optional<model::Vec3> cornerByUses(const model::Project& before, const model::Project& after,
+                                        const std::string& id) {
+    CornerByUses told;
     const auto shows = [&](const model::Layer& layer) {
-        return layer.source != nullptr && layer.source->comp && layer.source->comp->assetId == id;
+        const model::Comp* shown = compShownBy(layer);
+        return shown != nullptr && shown->assetId == id;
     };
-    for (const model::ItemPtr& item : before.items) {
-        const model::Comp* other = item->comp ? compById(after, item->comp->assetId) : nullptr;
-        if (other == nullptr) {
-            continue;
-        }
-        const std::size_t layers = std::min(item->comp->layers.size(), other->layers.size());
+    forEachComp(before, [&](const model::Comp& comp) {
+        const model::Comp* other = compById(after, comp.assetId);
+        const std::size_t layers = other == nullptr ? 0 : std::min(comp.layers.size(), other->layers.size());
         for (std::size_t i = 0; i < layers; ++i) {
-            const model::Layer& first = *item->comp->layers[i];
-            const model::Layer& second = *other->layers[i];
-            if (shows(first) && shows(second)) {
-                const model::Vec3 moved = first.anchor.at(first.inFrame) - second.anchor.at(first.inFrame);
-                ++seen[{moved.x, moved.y}];
+            if (shows(*comp.layers[i]) && shows(*other->layers[i])) {
+                told.add(anchorOf(*comp.layers[i]), anchorOf(*other->layers[i]));
             }
         }
-    }
-    const auto most = std::max_element(seen.begin(), seen.end(),
-                                       [](const auto& a, const auto& b) { return a.second < b.second; });
-    return most == seen.end() ? std::nullopt : std::optional(most->first);
+    });
+    return told.corner();
 }
 
-Corner cornerOf(ReportedProject& before, ReportedProject& after, const std::string& id, int frame,
-                const Comparison& comparison) {
+model::Vec3 cornerOf(ReportedProject& before, ReportedProject& after, const std::string& id, int frame,
+                     const Comparison& comparison) {
     for (const ComparedComp& compared : comparison.compared) {
         if (compared.assetId == id && compared.offset) {
-            return {static_cast<double>(compared.offset->x), static_cast<double>(compared.offset->y)};
+            return {static_cast<double>(compared.offset->x), static_cast<double>(compared.offset->y), 0};
         }
     }
-    if (const auto corner = cornerByUse(before.project, after.project, id)) {
+    if (const auto corner = cornerByUses(before.project, after.project, id)) {
         return *corner;
     }
     const auto first = render::visibleBounds(before.pictures.picture(*compById(before.project, id), frame));
@@ -106,36 +94,27 @@ Corner cornerOf(ReportedProject& before, ReportedProject& after, const std::stri
     if (!first || !second) {
         return {};
     }
-    return {static_cast<double>(first->left - second->left), static_cast<double>(first->top - second->top)};
+    return {static_cast<double>(first->left - second->left), static_cast<double>(first->top - second->top), 0};
 }
 
 // ---- The document -------------------------------------------------------------------------------------
 
-std::int64_t areaOf(const model::Size& size) {
-    return static_cast<std::int64_t>(size.width) * size.height;
-}
-
-Json areaJson(std::int64_t before, std::int64_t after) {
-    const double kept = before == 0 ? 1 : static_cast<double>(after) / static_cast<double>(before);
-    return {{"before", before}, {"after", after}, {"savedPercent", 100 * (1 - kept)}};
-}
-
 Json resizedJson(ReportedProject& before, ReportedProject& after, const ChangedComp& comp,
                  const Comparison& comparison) {
     const int frame = frameToShow(before.pictures, *compById(before.project, comp.assetId), comparison);
-    const Corner corner = cornerOf(before, after, comp.assetId, frame, comparison);
-    return {{"id", comp.assetId},
-            {"name", comp.name},
-            {"before", sizeJson(comp.before)},
-            {"after", sizeJson(comp.after)},
-            {"area", areaJson(areaOf(*comp.before), areaOf(*comp.after))},
-            {"crop",
-             {{"left", corner.left},
-              {"top", corner.top},
-              {"width", comp.after->width},
-              {"height", comp.after->height}}},
-            {"frame", frame},
-            {"factor", factorFor(*comp.before, largestSide)}};
+    const model::Vec3 corner = cornerOf(before, after, comp.assetId, frame, comparison);
+    Area area;
+    area.add(*comp.before, *comp.after);
+    return {
+        {"id", comp.assetId},
+        {"name", comp.name},
+        {"before", sizeJson(comp.before)},
+        {"after", sizeJson(comp.after)},
+        {"area", areaJson(area)},
+        {"crop",
+         {{"left", corner.x}, {"top", corner.y}, {"width", comp.after->width}, {"height", comp.after->height}}},
+        {"frame", frame},
+        {"factor", factorFor(*comp.before, largestSide)}};
 }
 
 Json animationJson(ReportedProject& before, ReportedProject& after, const Comparison& comparison) {
@@ -158,32 +137,20 @@ Json animationJson(ReportedProject& before, ReportedProject& after, const Compar
 
 }  // namespace
 
-const model::Comp* compById(const model::Project& project, const std::string& assetId) {
-    for (const model::ItemPtr& item : project.items) {
-        if (item->comp && item->comp->assetId == assetId) {
-            return item->comp.get();
-        }
-    }
-    return nullptr;
-}
-
 Json reportOf(ReportedProject& before, ReportedProject& after) {
     const Comparison comparison = compare(before.project, after.project);
-    std::int64_t areaBefore = 0;
-    std::int64_t areaAfter = 0;
+    Area area;
     Json resized = Json::array();
     for (const ChangedComp& comp : comparison.changed) {
         if (comp.before && comp.after && comp.before != comp.after) {
-            areaBefore += areaOf(*comp.before);
-            areaAfter += areaOf(*comp.after);
+            area.add(*comp.before, *comp.after);
             resized.push_back(resizedJson(before, after, comp, comparison));
         }
     }
     Json document = documentJson("report", before.file, after.file);
     document.update(comparisonJson(comparison));
-    document["compositions"] = std::count_if(before.project.items.begin(), before.project.items.end(),
-                                             [](const model::ItemPtr& item) { return item->comp != nullptr; });
-    document["area"] = areaJson(areaBefore, areaAfter);
+    document["compositions"] = compCount(before.project);
+    document["area"] = areaJson(area);
     document["resized"] = std::move(resized);
     document["animation"] = animationJson(before, after, comparison);
     return document;

@@ -17,7 +17,4 @@ struct ReportedProject {
 // Throws render::RenderError.
 model::Json reportOf(ReportedProject& before, ReportedProject& after);
 
-// Null where there is none.
-const model::Comp* compById(const model::Project& project, const std::string& assetId);
-
 }  // namespace headless::cli

@@ -11,7 +11,7 @@
 #include <map>
 
 #include "ReportFiles.h"
-#include "cli/Find.h"
+#include "cli/Comps.h"
 #include "cli/Text.h"
 #include "model/Base64.h"
 #include "render/Png.h"

@@ -2,29 +2,13 @@
 
 #include <set>
 
+#include "cli/Comps.h"
 #include "cli/Text.h"
 #include "model/Edit.h"
 
 namespace headless::cli {
 
 namespace {
-
-template <class Do>
-void forEachUse(const model::Project& project, Do&& action) {
-    for (const model::ItemPtr& item : project.items) {
-        if (item->comp) {
-            for (const model::LayerPtr& layer : item->comp->layers) {
-                if (layer->source != nullptr && layer->source->comp) {
-                    action(*layer);
-                }
-            }
-        }
-    }
-}
-
-model::Vec3 firstAnchor(const model::Layer& layer) {
-    return layer.anchor.keys.empty() ? layer.anchor.value : layer.anchor.keys.front().value;
-}
 
 void move(model::Project& project, model::Layer& layer, model::PointStream& (*get)(model::Layer&),
           const model::Vec3& offset) {
@@ -36,7 +20,7 @@ void move(model::Project& project, model::Layer& layer, model::PointStream& (*ge
 }  // namespace
 
 Settling::Settling(const model::Project& project) {
-    forEachUse(project, [&](const model::Layer& use) { uses_[use.id] = {use.source->size, firstAnchor(use)}; });
+    forEachUse(project, [&](const model::Layer& use) { uses_[use.id] = {use.source->size, anchorOf(use)}; });
 }
 
 std::vector<std::string> Settling::settle(model::Project& project, bool expanded) const {
@@ -46,7 +30,7 @@ std::vector<std::string> Settling::settle(model::Project& project, bool expanded
     forEachUse(project, [&](model::Layer& use) {
         const auto before = uses_.find(use.id);
         if (before == uses_.end() ||
-            (before->second.sourceSize == use.source->size && before->second.anchor == firstAnchor(use))) {
+            (before->second.sourceSize == use.source->size && before->second.anchor == anchorOf(use))) {
             return;
         }
         // Each run loses half a pixel when it starts from an odd size; of an expanding run and the one that
@@ -62,7 +46,7 @@ std::vector<std::string> Settling::settle(model::Project& project, bool expanded
                                 " costs");
             }
         }
-        const model::Vec3 moved = before->second.anchor - firstAnchor(use);
+        const model::Vec3 moved = before->second.anchor - anchorOf(use);
         if (moved == model::Vec3{}) {
             return;
         }
@@ -79,14 +63,14 @@ std::vector<std::string> Settling::settle(model::Project& project, bool expanded
 }
 
 std::optional<model::Vec3> Settling::cornerOf(const model::Project& project, const model::Item& item) const {
-    std::optional<model::Vec3> corner;
+    CornerByUses told;
     forEachUse(project, [&](const model::Layer& use) {
         const auto before = uses_.find(use.id);
-        if (!corner && use.source == &item && before != uses_.end()) {
-            corner = before->second.anchor - firstAnchor(use);
+        if (use.source == &item && before != uses_.end()) {
+            told.add(before->second.anchor, anchorOf(use));
         }
     });
-    return corner;
+    return told.corner();
 }
 
 }  // namespace headless::cli

@@ -29,7 +29,7 @@ class Settling {
  private:
     struct Use {
         model::Size sourceSize;
-        model::Vec3 anchor;  // at its first keyframe
+        model::Vec3 anchor;
     };
     std::map<model::LayerId, Use> uses_;
 };

@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 
+#include "cli/Comps.h"
 #include "cli/Text.h"
 #include "cli/Verbs.h"
 
@@ -197,28 +198,25 @@ std::vector<Warning> warningsFor(const model::Project& project,
         const model::Item* item = open.back();
         open.pop_back();
         for (const model::LayerPtr& layer : item->comp->layers) {
-            if (layer->source != nullptr && layer->source->comp && reached.insert(layer->source).second) {
+            if (compShownBy(*layer) != nullptr && reached.insert(layer->source).second) {
                 open.push_back(layer->source);
             }
         }
     }
     const std::set<const model::Item*> wanted(targets.begin(), targets.end());
-    for (const model::ItemPtr& item : project.items) {
-        if (!item->comp) {
-            continue;
-        }
-        for (const model::LayerPtr& layer : item->comp->layers) {
-            if (reached.contains(item.get())) {
+    forEachComp(project, [&](const model::Comp& comp) {
+        for (const model::LayerPtr& layer : comp.layers) {
+            if (reached.contains(comp.item)) {
                 collector.aboutContent(*layer);
             }
-            if (wanted.contains(item.get())) {
+            if (wanted.contains(comp.item)) {
                 collector.aboutMoved(*layer);
             }
-            if (layer->source != nullptr && wanted.contains(layer->source)) {
+            if (wanted.contains(layer->source)) {
                 collector.aboutUse(*layer);
             }
         }
-    }
+    });
     return collector.take();
 }
 

@@ -1,10 +1,9 @@
 // kestrin info: what a project holds.
 
-#include <algorithm>
 #include <iomanip>
 #include <iostream>
-#include <map>
 
+#include "cli/Comps.h"
 #include "cli/Find.h"
 #include "cli/Text.h"
 #include "cli/Verbs.h"
@@ -35,20 +34,6 @@ const char* kindOf(model::LayerType type) {
             return "light";
     }
     return "other";
-}
-
-using Uses = std::map<const model::Item*, std::vector<const model::Layer*>>;
-
-Uses usesIn(const model::Project& project) {
-    Uses uses;
-    for (const model::ItemPtr& item : project.items) {
-        if (item->comp) {
-            for (const model::LayerPtr& layer : item->comp->layers) {
-                uses[layer->source].push_back(layer.get());
-            }
-        }
-    }
-    return uses;
 }
 
 void printLayer(const model::Project& project, const model::Layer& layer) {
@@ -100,16 +85,10 @@ struct Options {
 
 ExitCode run(const Options& options) {
     const auto project = openProject(options.project, options.images, options.animation);
-    const auto comps = std::count_if(project->items.begin(), project->items.end(),
-                                     [](const model::ItemPtr& item) { return item->comp != nullptr; });
-    std::cout << printable(options.project) << ": " << counted(comps, "composition") << ", "
+    std::cout << printable(options.project) << ": " << counted(compCount(*project), "composition") << ", "
               << shortNumber(project->frameRate()) << " frames a second\n";
     const Uses uses = usesIn(*project);
-    for (const model::ItemPtr& item : project->items) {
-        if (item->comp) {
-            printComp(*project, *item->comp, uses);
-        }
-    }
+    forEachComp(*project, [&](const model::Comp& comp) { printComp(*project, comp, uses); });
     return ExitCode::Done;
 }
 

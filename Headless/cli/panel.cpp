@@ -12,6 +12,9 @@ namespace headless::cli {
 
 namespace {
 
+// As the panel numbers them, from 1.
+constexpr Command commands[] = {Command::Standard, Command::Duration, Command::MaskCrop, Command::Preferences};
+
 struct Options {
     WorkplaceOptions workplace;
     SelectionOptions selection;
@@ -20,8 +23,8 @@ struct Options {
 };
 
 ExitCode run(const Options& options) {
-    constexpr int preferencesRequest = 4;
-    if (options.output.empty() && options.request != preferencesRequest) {
+    const Command command = commands[options.request - 1];
+    if (options.output.empty() && command != Command::Preferences) {
         throw Stop(ExitCode::BadInput, "say where the result goes: -o FILE");
     }
     const auto output = options.output.empty() ? std::filesystem::path()
@@ -29,10 +32,7 @@ ExitCode run(const Options& options) {
     Workplace workplace(options.workplace);
     Session& session = workplace.session();
     const model::Comp& comp = workplace.open(options.selection);
-    const auto targets = cropTargets(session.project(), comp);
-    const SizesBefore before(session.project());
-    const Settling settling(session.project());
-    const std::size_t stepsBefore = session.project().history.done().size();
+    const ProjectBefore before(session.project(), cropTargets(session.project(), comp));
 
     session.preferences().setLong("Kestrin", "Menu_Cmd", session.pluginCommand());
     session.preferences().setLong("Kestrin", "Panel_Run", options.request);
@@ -42,19 +42,10 @@ ExitCode run(const Options& options) {
     if (error != A_Err_NONE) {
         throw Stop(ExitCode::Failed, "the plug-in failed (error " + std::to_string(error) + ")");
     }
-    std::vector<std::string> settled;
-    if (session.project().history.done().size() != stepsBefore) {
-        settled = settling.settle(session.project(),
-                                  options.request == 1 && expands(session.preferences(), Command::Standard));
-    }
-    CropResult result = before.compareWith(session.project(), targets, settling);
-    result.settled = std::move(settled);
-    if ((progress.interrupted() || (options.request == 3 && session.undoMismatches() > 0)) &&
-        result.resized.empty()) {
-        throw Stop(ExitCode::Cancelled, "cancelled; the project is as it was");
-    }
+    const CropResult result = before.settledResult(expands(session.preferences(), command));
+    requireNotCancelled(session, command, progress, result);
     workplace.printMessages();
-    if (options.request == preferencesRequest) {
+    if (command == Command::Preferences) {
         return ExitCode::Done;
     }
     const bool alerted = !session.messages().empty();
