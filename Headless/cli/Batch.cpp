@@ -8,7 +8,6 @@
 #include "cli/ComparisonJson.h"
 #include "cli/Output.h"
 #include "cli/Text.h"
-#include "files/WholeFile.h"
 
 namespace headless::cli {
 
@@ -17,17 +16,30 @@ namespace {
 namespace fs = std::filesystem;
 using model::Json;
 
-struct FileOutcome {
+struct Place {
     fs::path input, output;
+};
+
+// Of a file, or of one animation of an archive that holds several.
+struct Entry {
+    Place place;
+    std::string animation;  // empty: the file's only one, or the one that was asked for
     ExitCode code = ExitCode::Done;
     std::string message;  // why there is no result
     std::optional<CropAllResult> result;
     bool written = false;
+
+    bool cropped() const { return result && result->count(Outcome::Cropped) > 0; }
 };
+
+template <class Test>
+bool any(const std::vector<Entry>& entries, Test&& test) {
+    return std::any_of(entries.begin(), entries.end(), test);
+}
 
 // ---- Where the results go ------------------------------------------------------------------------------
 
-std::vector<FileOutcome> planned(const BatchRequest& request) {
+std::vector<Place> planned(const BatchRequest& request) {
     std::error_code error;
     const bool folder = fs::is_directory(request.output, error);
     if (request.projects.size() > 1 && !folder && !request.inPlace) {
@@ -35,19 +47,19 @@ std::vector<FileOutcome> planned(const BatchRequest& request) {
                    "several projects need a folder for their results, and there is no folder " +
                        printable(request.output) + "; create it first");
     }
-    std::vector<FileOutcome> files;
+    std::vector<Place> places;
     std::set<fs::path> taken;
     for (const std::string& project : request.projects) {
         const fs::path input = project;
         const fs::path output = folder ? request.output / input.filename() : fs::path(request.output);
-        files.push_back({input, outputFile(output, input, request.inPlace), ExitCode::Done, "", {}, false});
-        if (!taken.insert(files.back().output.lexically_normal()).second) {
+        places.push_back({input, outputFile(output, input, request.inPlace)});
+        if (!taken.insert(places.back().output.lexically_normal()).second) {
             throw Stop(ExitCode::BadInput, "two results would be written to " +
-                                               printable(files.back().output.string()) +
+                                               printable(places.back().output.string()) +
                                                "; crop one of them into another folder");
         }
     }
-    return files;
+    return places;
 }
 
 // ---- Lines ---------------------------------------------------------------------------------------------
@@ -75,9 +87,14 @@ void print(const TriedComp& comp) {
     }
 }
 
-void print(const FileOutcome& file) {
-    const CropAllResult& result = *file.result;
-    std::cout << printable(file.input.string()) << ":\n";
+void print(const Entry& entry) {
+    const std::string animation = entry.animation.empty() ? "" : "animation " + inQuotes(entry.animation);
+    if (!entry.result) {
+        say((animation.empty() ? "" : animation + ": ") + entry.message);
+        return;
+    }
+    const CropAllResult& result = *entry.result;
+    std::cout << printable(entry.place.input.string()) << (animation.empty() ? "" : ", " + animation) << ":\n";
     for (const TriedComp& comp : result.comps) {
         print(comp);
     }
@@ -89,10 +106,6 @@ void print(const FileOutcome& file) {
     }
     std::cout << "; " << grouped(area.before) << " -> " << grouped(area.after) << " pixels ("
               << area.wholePercent() << " % saved)\n";
-    if (file.written) {
-        std::cout << "wrote " << printable(file.output.string())
-                  << (result.count(Outcome::Cropped) == 0 ? ", unchanged" : "") << '\n';
-    }
 }
 
 // ---- JSON ----------------------------------------------------------------------------------------------
@@ -137,15 +150,16 @@ Json compJson(const TriedComp& comp) {
             {"difference", comp.worst ? comparedJson(*comp.worst) : Json()}};
 }
 
-Json fileJson(const FileOutcome& file) {
-    Json json = {{"input", file.input.string()},
-                 {"output", file.written ? Json(file.output.string()) : Json()},
-                 {"result", word(file.code)},
-                 {"message", textOrNull(file.message)}};
-    if (!file.result) {
+Json entryJson(const Entry& entry) {
+    Json json = {{"input", entry.place.input.string()},
+                 {"animation", textOrNull(entry.animation)},
+                 {"output", entry.written ? Json(entry.place.output.string()) : Json()},
+                 {"result", word(entry.code)},
+                 {"message", textOrNull(entry.message)}};
+    if (!entry.result) {
         return json;
     }
-    const CropAllResult& result = *file.result;
+    const CropAllResult& result = *entry.result;
     json["area"] = areaJson(areaOf(result.comps));
     json["counts"] = {{"cropped", result.count(Outcome::Cropped)},
                       {"left", result.count(Outcome::Left)},
@@ -167,48 +181,79 @@ Json fileJson(const FileOutcome& file) {
 
 // ---- The work ------------------------------------------------------------------------------------------
 
-void cropFile(const BatchRequest& request, FileOutcome& file) {
-    try {
-        WorkplaceOptions options = request.workplace;
-        options.project = file.input.string();
-        Workplace workplace(options);
-        file.result = cropAll(workplace, request.crop, [&](const std::vector<Warning>& warnings) {
-            if (!request.json) {
-                print(warnings);
-                if (!warnings.empty() && !request.crop.leaveWarned) {
-                    say("note: --leave-warned leaves the compositions that warnings are about");
-                }
-            }
-        });
-        const bool changed = file.result->count(Outcome::Cropped) > 0;
-        if (changed || !request.inPlace) {
-            writeWhole(file.output, fileContent(workplace.session().project(), options.project,
-                                                options.animation, file.output));
-            file.written = true;
-        }
-        file.code = file.result->count(Outcome::PutBack) > 0 ? ExitCode::SomePutBack
-                    : changed                                ? ExitCode::Done
-                                                             : ExitCode::NothingToDo;
-        return;
-    } catch (const Stop& stop) {
-        file.code = stop.code;
-        file.message = stop.what();
-    } catch (const model::ProjectError& error) {
-        file.code = ExitCode::BadInput;
-        file.message = printable(error.what());
-    } catch (const std::exception& error) {
-        file.code = ExitCode::Failed;
-        file.message = printable(error.what());
+void cropAnimation(const BatchRequest& request, Entry& entry, ResultFile& file) {
+    WorkplaceOptions options = request.workplace;
+    options.project = entry.place.input.string();
+    if (!entry.animation.empty()) {
+        options.reading.animation = entry.animation;
     }
-    file.result.reset();
+    Workplace workplace(options);
+    CropAllResult result = cropAll(workplace, request.crop, [&](const std::vector<Warning>& warnings) {
+        if (!request.json) {
+            print(warnings);
+            if (!warnings.empty() && !request.crop.leaveWarned) {
+                say("note: --leave-warned leaves the compositions that warnings are about");
+            }
+        }
+    });
+    file.put(workplace.session().project(), options.reading.animation);
+    entry.code = result.count(Outcome::PutBack) > 0   ? ExitCode::SomePutBack
+                 : result.count(Outcome::Cropped) > 0 ? ExitCode::Done
+                                                      : ExitCode::NothingToDo;
+    entry.result = std::move(result);
+}
+
+// Whether it went through; else the entry tells why not.
+bool attempt(Entry& entry, const std::function<void()>& work) {
+    try {
+        work();
+        return true;
+    } catch (...) {
+        const Stop stop = caught();
+        entry.code = stop.code;
+        entry.message = stop.what();
+        return false;
+    }
+}
+
+// Each animation in turn, then the file is written. One that fails stays as it was in its archive; where the
+// person cancels, or the file cannot be written, that is all there is to tell.
+std::vector<Entry> cropFile(const BatchRequest& request, const Place& place) {
+    ResultFile file(place.input, place.output);
+    Entry whole{place, "", ExitCode::Done, "", {}, false};
+    std::vector<std::string> animations;
+    if (request.workplace.reading.animation.empty() &&
+        !attempt(whole, [&] { animations = file.severalAnimations(); })) {
+        return {whole};
+    }
+    if (animations.empty()) {
+        animations.emplace_back();
+    }
+    std::vector<Entry> entries;
+    for (const std::string& animation : animations) {
+        Entry& entry = entries.emplace_back(whole);
+        entry.animation = animation;
+        attempt(entry, [&] { cropAnimation(request, entry, file); });
+        if (entry.code == ExitCode::Cancelled) {
+            return {entry};
+        }
+    }
+    if (any(entries, [&](const Entry& entry) { return request.inPlace ? entry.cropped() : !!entry.result; })) {
+        if (!attempt(whole, [&] { file.write(); })) {
+            return {whole};
+        }
+        for (Entry& entry : entries) {
+            entry.written = entry.result.has_value();
+        }
+    }
+    return entries;
 }
 
 // The gravest; nothing to do only where all have nothing.
-ExitCode overall(const std::vector<FileOutcome>& files) {
+ExitCode overall(const std::vector<Entry>& entries) {
     for (const ExitCode code :
          {ExitCode::Cancelled, ExitCode::Failed, ExitCode::BadInput, ExitCode::SomePutBack, ExitCode::Done}) {
-        if (std::any_of(files.begin(), files.end(),
-                        [&](const FileOutcome& file) { return file.code == code; })) {
+        if (any(entries, [&](const Entry& entry) { return entry.code == code; })) {
             return code;
         }
     }
@@ -218,24 +263,29 @@ ExitCode overall(const std::vector<FileOutcome>& files) {
 }  // namespace
 
 ExitCode cropFiles(const BatchRequest& request) {
-    std::vector<FileOutcome> files = planned(request);
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        cropFile(request, files[i]);
-        if (!files[i].result) {
-            say(files[i].message);
-        } else if (!request.json) {
-            print(files[i]);
+    std::vector<Entry> entries;
+    for (const Place& place : planned(request)) {
+        const std::vector<Entry> done = cropFile(request, place);
+        for (const Entry& entry : done) {
+            if (!entry.result || !request.json) {
+                print(entry);
+            }
         }
-        if (files[i].code == ExitCode::Cancelled) {
-            files.resize(i + 1);
+        if (!request.json && any(done, [](const Entry& entry) { return entry.written; })) {
+            const bool changed = any(done, [](const Entry& entry) { return entry.cropped(); });
+            std::cout << "wrote " << printable(place.output.string()) << (changed ? "" : ", unchanged") << '\n';
+        }
+        entries.insert(entries.end(), done.begin(), done.end());
+        if (done.back().code == ExitCode::Cancelled) {
+            break;
         }
     }
-    const ExitCode code = overall(files);
+    const ExitCode code = overall(entries);
     if (request.json) {
         Json json = {{"kestrin", "crop --all"}, {"version", 1}, {"exitCode", static_cast<int>(code)}};
         json["files"] = Json::array();
-        for (const FileOutcome& file : files) {
-            json["files"].push_back(fileJson(file));
+        for (const Entry& entry : entries) {
+            json["files"].push_back(entryJson(entry));
         }
         std::cout << jsonText(json) << '\n';
     }

@@ -6,8 +6,10 @@
 #include <string>
 #include <system_error>
 
+#include "archive/DotLottie.h"
 #include "cli/ExitCode.h"
 #include "cli/Text.h"
+#include "files/WholeFile.h"
 
 namespace headless::cli {
 
@@ -53,6 +55,61 @@ fs::path outputFile(const fs::path& output, const fs::path& input, bool inPlace)
                                            " is the input; say --in-place if it is to be overwritten");
     }
     return output;
+}
+
+ResultFile::ResultFile(fs::path input, fs::path output) : input_(std::move(input)), output_(std::move(output)) {
+    std::error_code error;
+    fromArchive_ = archive::isArchive(input_);
+    toArchive_ = fs::equivalent(input_, output_, error) ? fromArchive_ : output_.extension() == ".lottie";
+}
+
+std::vector<std::string> ResultFile::severalAnimations() const {
+    if (!fromArchive_) {
+        return {};
+    }
+    const auto archive = archive::openArchive(input_);
+    if (archive->animations().size() < 2) {
+        return {};
+    }
+    if (!toArchive_) {
+        throw Stop(ExitCode::BadInput, printable(input_.string()) +
+                                           " holds several animations; name an output that ends in .lottie, "
+                                           "which takes them all, or one of them with --animation");
+    }
+    std::vector<std::string> ids;
+    for (const auto& animation : archive->animations()) {
+        ids.push_back(animation.id);
+    }
+    return ids;
+}
+
+void ResultFile::put(const model::Project& project, const std::string& animation) {
+    if (toArchive_ && !fromArchive_) {
+        content_ = archive::newArchive(project);
+        return;
+    }
+    if (!fromArchive_) {
+        content_ = project.write();
+        return;
+    }
+    const auto archive =
+        content_.empty() ? archive::openArchive(input_) : archive::readArchive(content_, input_.string());
+    if (toArchive_) {
+        content_ = archive->with(archive->animation(animation), project.write());
+        return;
+    }
+    for (const std::string& picture : project.outerPictures()) {
+        if (archive->sizeOf(picture)) {
+            throw Stop(ExitCode::BadInput, "the animation shows the picture " + inQuotes(picture) + " of " +
+                                               printable(input_.string()) +
+                                               "; name an output that ends in .lottie, which keeps it");
+        }
+    }
+    content_ = project.write();
+}
+
+void ResultFile::write() const {
+    writeWhole(output_, content_);
 }
 
 }  // namespace headless::cli

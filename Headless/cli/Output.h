@@ -1,8 +1,12 @@
-// Where results may go, found out before the work begins.
+// Where results go, and in which form.
 
 #pragma once
 
 #include <filesystem>
+#include <string>
+#include <vector>
+
+#include "model/Project.h"
 
 namespace headless::cli {
 
@@ -12,5 +16,27 @@ std::filesystem::path outputFile(const std::filesystem::path& output, const std:
                                  bool inPlace);
 // Throws Stop when no file can be written there.
 void requireWritable(const std::filesystem::path& file);
+
+// What is to be written of projects that were opened from one file.
+//
+// A name that ends in .lottie, or an input that is an archive and written over, takes an archive: the input's
+// with the animations put in, or a new one; any other name takes the one animation alone.
+class ResultFile {
+ public:
+    ResultFile(std::filesystem::path input, std::filesystem::path output);
+
+    // The ids of the input's animations where it is an archive of several. Throws Stop where the output cannot
+    // take them all, and model::ProjectError.
+    std::vector<std::string> severalAnimations() const;
+    // `animation`: the id in an input that is an archive; empty for the only one. Throws Stop where it cannot
+    // stand alone, and model::ProjectError.
+    void put(const model::Project& project, const std::string& animation);
+    void write() const;
+
+ private:
+    std::filesystem::path input_, output_;
+    bool fromArchive_, toArchive_;
+    std::string content_;
+};
 
 }  // namespace headless::cli

@@ -7,13 +7,26 @@
 
 namespace headless::cli {
 
-void addImageFolder(CLI::App& verb, std::string& folder) {
-    verb.add_option("--images", folder, "Folder that pictures outside the project file may be read from")
-        ->type_name("DIR");
+void addProject(CLI::App& verb, std::string& file) {
+    verb.add_option("PROJECT", file, "Lottie file or .lottie archive")->required()->type_name("");
 }
 
-void addAnimation(CLI::App& verb, std::string& id) {
-    verb.add_option("--animation", id, "Animation of a .lottie archive that holds several")->type_name("ID");
+void addReadingOptions(CLI::App& verb, ReadingOptions& options) {
+    verb.add_option("--images", options.images,
+                    "Folder that pictures outside the project file may be read from")
+        ->type_name("DIR");
+    verb.add_option("--animation", options.animation, "Animation of a .lottie archive that holds several")
+        ->type_name("ID");
+}
+
+void addVersions(CLI::App& verb, VersionsOptions& options, const std::string& example) {
+    verb.add_option("BEFORE", options.before, "Lottie file or .lottie archive")->required()->type_name("");
+    verb.add_option("AFTER", options.after, "The file made of it")->required()->type_name("");
+    addReadingOptions(verb, options.reading);
+    verb.footer(
+        "Exits with 0 when the pictures are equal but for thin rests along an edge, with 1 when they "
+        "differ.\n" +
+        example);
 }
 
 void addResolution(CLI::App& verb, std::string& word) {
@@ -22,54 +35,30 @@ void addResolution(CLI::App& verb, std::string& word) {
         ->type_name("full|half|third|quarter");
 }
 
-std::unique_ptr<model::Project> openProject(const std::string& file, const std::string& imageFolder,
-                                            const std::string& animation) {
-    model::ReadOptions options;
-    if (!imageFolder.empty()) {
-        if (!std::filesystem::is_directory(imageFolder)) {
+std::unique_ptr<model::Project> openProject(const std::string& file, const ReadingOptions& options) {
+    model::ReadOptions reading;
+    if (!options.images.empty()) {
+        if (!std::filesystem::is_directory(options.images)) {
             throw Stop(ExitCode::BadInput,
-                       "there is no folder " + printable(imageFolder) + " to read pictures from");
+                       "there is no folder " + printable(options.images) + " to read pictures from");
         }
-        options.imageFolder = imageFolder;
+        reading.imageFolder = options.images;
     }
-    return archive::isArchive(file) ? archive::openAnimation(archive::openArchive(file), animation, options)
-                                    : model::Project::open(file, options);
+    return archive::isArchive(file)
+               ? archive::openAnimation(archive::openArchive(file), options.animation, reading)
+               : model::Project::open(file, reading);
 }
 
-std::vector<std::string> animationIds(const std::string& file) {
-    std::vector<std::string> ids;
-    if (archive::isArchive(file)) {
-        for (const auto& animation : archive::openArchive(file)->animations()) {
-            ids.push_back(animation.id);
-        }
+Stop caught() {
+    try {
+        throw;
+    } catch (const Stop& stop) {
+        return stop;
+    } catch (const model::ProjectError& error) {
+        return {ExitCode::BadInput, printable(error.what())};
+    } catch (const std::exception& error) {
+        return {ExitCode::Failed, printable(error.what())};
     }
-    return ids;
-}
-
-std::string fileContent(const model::Project& project, const std::string& input, const std::string& animation,
-                        const std::filesystem::path& output) {
-    std::error_code error;
-    const bool fromArchive = archive::isArchive(input);
-    const bool toArchive =
-        std::filesystem::equivalent(input, output, error) ? fromArchive : output.extension() == ".lottie";
-    if (toArchive && !fromArchive) {
-        return archive::newArchive(project);
-    }
-    if (!fromArchive) {
-        return project.write();
-    }
-    const auto archive = archive::openArchive(input);
-    if (toArchive) {
-        return archive->with(archive->animation(animation), project.write());
-    }
-    for (const std::string& picture : project.outerPictures()) {
-        if (archive->sizeOf(picture)) {
-            throw Stop(ExitCode::BadInput, "the animation shows the picture " + inQuotes(picture) + " of " +
-                                               printable(input) +
-                                               "; name an output that ends in .lottie, which keeps it");
-        }
-    }
-    return project.write();
 }
 
 void say(const std::string& message) {

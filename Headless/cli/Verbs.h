@@ -29,22 +29,25 @@ void addReport(CLI::App& program, Action& action);
 
 // ---- What verbs have in common ----------------------------------------------------------------------
 
-void addImageFolder(CLI::App& verb, std::string& folder);
-void addAnimation(CLI::App& verb, std::string& id);
+struct ReadingOptions {
+    std::string images;     // a folder
+    std::string animation;  // id in an archive
+};
+
+void addProject(CLI::App& verb, std::string& file);
+void addReadingOptions(CLI::App& verb, ReadingOptions& options);
+// Two versions of a project, for a verb that tells whether they look the same; `example` ends its help.
+struct VersionsOptions {
+    std::string before, after;
+    ReadingOptions reading;
+};
+void addVersions(CLI::App& verb, VersionsOptions& options, const std::string& example);
 void addResolution(CLI::App& verb, std::string& word);
 // A Lottie file, or one animation of an archive: the one with this id, or the only one where none is said.
 // Throws Stop and model::ProjectError.
-std::unique_ptr<model::Project> openProject(const std::string& file, const std::string& imageFolder,
-                                            const std::string& animation = "");
-// The ids of an archive's animations; none for a Lottie file, which is a single one. Throws
-// model::ProjectError.
-std::vector<std::string> animationIds(const std::string& file);
-// What `output` is to hold of a project that was opened from `input`. A name that ends in .lottie, or an input
-// that is an archive and written over, takes an archive: the input's with this animation replaced, or a new
-// one; any other name takes the animation alone. Throws Stop where the animation cannot stand alone, and
-// model::ProjectError.
-std::string fileContent(const model::Project& project, const std::string& input, const std::string& animation,
-                        const std::filesystem::path& output);
+std::unique_ptr<model::Project> openProject(const std::string& file, const ReadingOptions& options);
+// What has been thrown, inside a catch block: a wrong project is bad input, anything unexpected a failure.
+Stop caught();
 // A line on the standard error stream, as the program speaks there.
 void say(const std::string& message);
 

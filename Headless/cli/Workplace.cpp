@@ -43,8 +43,7 @@ void addWorkplaceOptions(CLI::App& verb, WorkplaceOptions& options) {
     verb.add_option("--depth", options.depth, "Bits a channel of rendered frames (8)")
         ->check(CLI::IsMember({8, 16, 32}).description(""))
         ->type_name("8|16|32");
-    addImageFolder(verb, options.images);
-    addAnimation(verb, options.animation);
+    addReadingOptions(verb, options.reading);
     verb.add_option("--preferences", options.preferences, "Preferences of the host and the plug-in")
         ->type_name("FILE");
     verb.add_option("--plugin", options.plugin, "Plug-in library (Kestrin.so beside this program)")
@@ -64,7 +63,7 @@ void addSelectionOptions(CLI::App& verb, SelectionOptions& options, const std::s
 }
 
 Workplace::Workplace(const WorkplaceOptions& options)
-    : Workplace(options, openProject(options.project, options.images, options.animation)) {}
+    : Workplace(options, openProject(options.project, options.reading)) {}
 
 Workplace::Workplace(const WorkplaceOptions& options, std::unique_ptr<model::Project> project)
     : others_(otherAnswers(options)), answers_(others_.get()) {

@@ -15,7 +15,9 @@
 namespace headless::cli {
 
 struct WorkplaceOptions {
-    std::string project, animation, images, plugin, preferences, answerFile;
+    std::string project;
+    ReadingOptions reading;
+    std::string plugin, preferences, answerFile;
     std::vector<std::string> answers;
     int depth = 8;
 };

@@ -12,7 +12,7 @@ namespace headless::cli {
 namespace {
 
 struct Options {
-    std::string before, after, images, animation;
+    VersionsOptions versions;
     ComparisonRequest request;
     bool json = false;
 };
@@ -60,11 +60,11 @@ void print(const Comparison& comparison) {
 }
 
 ExitCode run(const Options& options) {
-    const auto before = openProject(options.before, options.images, options.animation);
-    const auto after = openProject(options.after, options.images, options.animation);
+    const auto before = openProject(options.versions.before, options.versions.reading);
+    const auto after = openProject(options.versions.after, options.versions.reading);
     const Comparison comparison = compare(*before, *after, options.request);
     if (options.json) {
-        model::Json document = documentJson("compare", options.before, options.after);
+        model::Json document = documentJson("compare", options.versions.before, options.versions.after);
         document.update(comparisonJson(comparison));
         std::cout << jsonText(document) << '\n';
     } else {
@@ -78,19 +78,13 @@ ExitCode run(const Options& options) {
 void addCompare(CLI::App& program, Action& action) {
     auto options = std::make_shared<Options>();
     CLI::App* verb = program.add_subcommand("compare", "Say whether two versions of a project look the same");
-    verb->add_option("BEFORE", options->before, "Lottie file")->required()->type_name("");
-    verb->add_option("AFTER", options->after, "The file made of it")->required()->type_name("");
     verb->add_option("--frame", options->request.frame,
                      "Compare this frame of each composition only, from 0 (all frames)")
         ->type_name("N");
     verb->add_option("--comp", options->request.comp, "Compare this composition only, by name or asset id")
         ->type_name("NAME");
     verb->add_flag("--json", options->json, "Print one JSON document instead of lines");
-    addImageFolder(*verb, options->images);
-    addAnimation(*verb, options->animation);
-    verb->footer(
-        "Exits with 0 when the pictures are equal but for thin rests along an edge, with 1 when they differ.\n"
-        "Example: kestrin compare examples/lanterns.json cropped.json");
+    addVersions(*verb, options->versions, "Example: kestrin compare examples/lanterns.json cropped.json");
     verb->callback([&action, options] { action = [options] { return run(*options); }; });
 }
 

@@ -7,7 +7,6 @@
 #include "cli/Find.h"
 #include "cli/Output.h"
 #include "cli/Text.h"
-#include "files/WholeFile.h"
 
 namespace headless::cli {
 
@@ -65,14 +64,32 @@ ExitCode run(Options& options, bool maskCrop) {
     print(warningsFor(workplace.session().project(), cropTargets(workplace.session().project(), comp)));
     const CropResult result = crop(workplace, comp, options.request);
 
-    writeWhole(output, fileContent(workplace.session().project(), options.workplace.project,
-                                   options.workplace.animation, output));
+    ResultFile file(options.workplace.project, output);
+    file.put(workplace.session().project(), options.workplace.reading.animation);
+    file.write();
     const auto& messages = workplace.session().messages();
     workplace.printMessages();
     print(result, std::any_of(messages.begin(), messages.end(),
                               [](const Message& message) { return message.kind == Message::Kind::Alert; }));
     std::cout << "wrote " << printable(output.string()) << '\n';
     return ExitCode::Done;
+}
+
+void addWholeOptions(CLI::App& verb, Options& options) {
+    const auto whole = [](CLI::Option* option) { return option->group("Whole animations"); };
+    CLI::Option* all =
+        whole(verb.add_flag("--all", options.all,
+                            "Crop every composition to what it ever shows, innermost first; leave\n"
+                            "2 pixels of padding, look at the result, and put back what has shifted"));
+    whole(verb.add_option("--least-saving", options.leastSaving,
+                          "Percent of its area below which a composition is left (5)"))
+        ->check(CLI::Range(0.0, 100.0))
+        ->needs(all)
+        ->type_name("PERCENT");
+    whole(verb.add_flag("--leave-warned", options.leaveWarned,
+                        "Leave compositions that there is a warning about"))
+        ->needs(all);
+    whole(verb.add_flag("--json", options.json, "Print what was done as one JSON document"))->needs(all);
 }
 
 }  // namespace
@@ -115,26 +132,13 @@ void addCrop(CLI::App& program, Action& action) {
         ->excludes(inPlace)
         ->type_name("FILE");
 
-    const auto whole = [](CLI::Option* option) { return option->group("Whole animations"); };
-    CLI::Option* all =
-        whole(verb->add_flag("--all", options->all,
-                             "Crop every composition to what it ever shows, innermost first; leave\n"
-                             "2 pixels of padding, look at the result, and put back what has shifted"));
-    whole(verb->add_option("--least-saving", options->leastSaving,
-                           "Percent of its area below which a composition is left (5)"))
-        ->check(CLI::Range(0.0, 100.0))
-        ->needs(all)
-        ->type_name("PERCENT");
-    whole(verb->add_flag("--leave-warned", options->leaveWarned,
-                         "Leave compositions that there is a warning about"))
-        ->needs(all);
-    whole(verb->add_flag("--json", options->json, "Print what was done as one JSON document"))->needs(all);
+    addWholeOptions(*verb, *options);
     verb->footer(
         "Example: kestrin crop examples/lanterns.json --layer \"Big lantern\" --padding 2 -o cropped.json\n"
         "Example: kestrin crop --all examples/lanterns.json -o small.json");
-    verb->callback([&action, options, mask, all, verb] {
+    verb->callback([&action, options, mask, verb] {
         for (const char* one : onlyForOne) {
-            if (all->count() > 0 && verb->get_option(one)->count() > 0) {
+            if (options->all && verb->get_option(one)->count() > 0) {
                 throw CLI::ExcludesError(one, "--all");
             }
         }

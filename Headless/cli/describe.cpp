@@ -184,6 +184,19 @@ void writeManual(std::ostream& out, const CLI::App& program) {
 
 // ---- bash -------------------------------------------------------------------------------------------
 
+std::string bashTakes(const CLI::Option& option) {
+    switch (takesOf(option)) {
+        case Takes::Choice:
+            return "takes=words words='" + joined(choicesOf(option), " ") + "'";
+        case Takes::File:
+            return "takes=default words=";
+        case Takes::Folder:
+            return "takes=dirnames words=";
+        default:
+            return "takes=none words=";
+    }
+}
+
 void writeBash(std::ostream& out, const CLI::App& program) {
     std::vector<std::string> verbNames;
     for (const CLI::App* verb : verbsOf(program)) {
@@ -221,21 +234,9 @@ _kestrin() {
             for (const std::string& name : namesOf(*option)) {
                 patterns.push_back(verb->get_name() + ":" + name);
             }
-            const Takes takes = takesOf(*option);
-            if (takes == Takes::Nothing) {
-                continue;
+            if (takesValue(*option)) {
+                out << "    " << joined(patterns, " | ") << ") " << bashTakes(*option) << " ;;\n";
             }
-            out << "    " << joined(patterns, " | ") << ") ";
-            if (takes == Takes::Choice) {
-                out << "takes=words words='" << joined(choicesOf(*option), " ") << "'";
-            } else {
-                out << "takes="
-                    << (takes == Takes::File     ? "default"
-                        : takes == Takes::Folder ? "dirnames"
-                                                 : "none")
-                    << " words=";
-            }
-            out << " ;;\n";
         }
     }
     out << R"(    esac

@@ -80,11 +80,12 @@ void printComp(const model::Project& project, const model::Comp& comp, const Use
 }
 
 struct Options {
-    std::string project, animation, images;
+    std::string project;
+    ReadingOptions reading;
 };
 
 ExitCode run(const Options& options) {
-    const auto project = openProject(options.project, options.images, options.animation);
+    const auto project = openProject(options.project, options.reading);
     std::cout << printable(options.project) << ": " << counted(compCount(*project), "composition") << ", "
               << shortNumber(project->frameRate()) << " frames a second\n";
     const Uses uses = usesIn(*project);
@@ -97,9 +98,8 @@ ExitCode run(const Options& options) {
 void addInfo(CLI::App& program, Action& action) {
     auto options = std::make_shared<Options>();
     CLI::App* verb = program.add_subcommand("info", "List compositions, sizes, layers and uses");
-    verb->add_option("PROJECT", options->project, "Lottie file or .lottie archive")->required()->type_name("");
-    addImageFolder(*verb, options->images);
-    addAnimation(*verb, options->animation);
+    addProject(*verb, options->project);
+    addReadingOptions(*verb, options->reading);
     verb->footer("Example: kestrin info examples/lanterns.json");
     verb->callback([&action, options] { action = [options] { return run(*options); }; });
 }

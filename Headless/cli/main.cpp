@@ -4,7 +4,6 @@
 
 #include "cli/CommandLine.h"
 #include "cli/Text.h"
-#include "model/Project.h"
 
 namespace {
 
@@ -33,12 +32,9 @@ ExitCode run(int argc, char** argv) {
             return failWith(ExitCode::Failed, "the output could not be written to standard output");
         }
         return code;
-    } catch (const Stop& stop) {
+    } catch (...) {
+        const Stop stop = caught();
         return failWith(stop.code, stop.what());
-    } catch (const headless::model::ProjectError& error) {
-        return failWith(ExitCode::BadInput, printable(error.what()));
-    } catch (const std::exception& error) {
-        return failWith(ExitCode::Failed, printable(error.what()));
     }
 }
 

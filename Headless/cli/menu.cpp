@@ -35,9 +35,7 @@ void addMenu(CLI::App& program, Action& action) {
     auto options = std::make_shared<Options>();
     CLI::App* verb =
         program.add_subcommand("menu", "Show the plug-in's menu entry as a selection and keys make it");
-    verb->add_option("PROJECT", options->workplace.project, "Lottie file or .lottie archive")
-        ->required()
-        ->type_name("");
+    addProject(*verb, options->workplace.project);
     addSelectionOptions(*verb, options->selection, "Layer that is selected");
     verb->add_option("--keys", options->keys, "Keys that are held while the menu is open")
         ->delimiter(',')

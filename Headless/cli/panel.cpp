@@ -6,7 +6,6 @@
 #include "cli/Output.h"
 #include "cli/Progress.h"
 #include "cli/Text.h"
-#include "files/WholeFile.h"
 
 namespace headless::cli {
 
@@ -52,8 +51,9 @@ ExitCode run(const Options& options) {
     if (alerted && result.resized.empty() && result.added.empty()) {
         return ExitCode::NothingToDo;
     }
-    writeWhole(output,
-               fileContent(session.project(), options.workplace.project, options.workplace.animation, output));
+    ResultFile file(options.workplace.project, output);
+    file.put(session.project(), options.workplace.reading.animation);
+    file.write();
     print(result, alerted);
     std::cout << "wrote " << printable(output.string()) << '\n';
     return ExitCode::Done;
@@ -68,9 +68,7 @@ void addPanel(CLI::App& program, Action& action) {
         ->required()
         ->check(CLI::Range(1, 4).description(""))
         ->type_name("1|2|3|4");
-    verb->add_option("PROJECT", options->workplace.project, "Lottie file or .lottie archive")
-        ->required()
-        ->type_name("");
+    addProject(*verb, options->workplace.project);
     addSelectionOptions(*verb, options->selection, "Layer that is selected");
     addWorkplaceOptions(*verb, options->workplace);
     verb->add_option("-o,--output", options->output, "File to write")->type_name("FILE");

@@ -14,14 +14,15 @@ namespace headless::cli {
 namespace {
 
 struct Options {
-    std::string project, animation, comp, output, images;
+    std::string project, comp, output;
+    ReadingOptions reading;
     std::string resolution = "full";
     int frame = 0;
 };
 
 ExitCode run(const Options& options) {
     requireWritable(options.output);
-    const auto project = openProject(options.project, options.images, options.animation);
+    const auto project = openProject(options.project, options.reading);
     const model::Comp& comp = findComp(*project, options.comp);
     const int frame = findFrame(comp, options.frame);
     const int factor = resolutionFactor(options.resolution);
@@ -37,14 +38,13 @@ ExitCode run(const Options& options) {
 void addRender(CLI::App& program, Action& action) {
     auto options = std::make_shared<Options>();
     CLI::App* verb = program.add_subcommand("render", "Write one frame of a composition as a PNG");
-    verb->add_option("PROJECT", options->project, "Lottie file or .lottie archive")->required()->type_name("");
+    addProject(*verb, options->project);
     verb->add_option("--comp", options->comp, "Composition, by name or asset id (the root)")->type_name("NAME");
     verb->add_option("--frame", options->frame, "Frame of that composition, from 0")
         ->required()
         ->type_name("N");
     addResolution(*verb, options->resolution);
-    addImageFolder(*verb, options->images);
-    addAnimation(*verb, options->animation);
+    addReadingOptions(*verb, options->reading);
     verb->add_option("-o,--output", options->output, "File to write")->required()->type_name("PNG");
     verb->footer("Example: kestrin render examples/lanterns.json --frame 30 -o frame.png");
     verb->callback([&action, options] { action = [options] { return run(*options); }; });

@@ -13,7 +13,8 @@ namespace headless::cli {
 namespace {
 
 struct Options {
-    std::string before, after, output, images, animation;
+    VersionsOptions versions;
+    std::string output;
     bool json = false;
 };
 
@@ -26,18 +27,19 @@ void requireOther(const std::string& page, const std::string& project) {
 }
 
 ExitCode run(const Options& options) {
+    const auto& [firstFile, secondFile, reading] = options.versions;
     if (options.output.empty() && !options.json) {
         throw Stop(ExitCode::BadInput, "say where the page goes with -o, or ask for its facts with --json");
     }
     if (!options.output.empty()) {
         requireWritable(options.output);
-        requireOther(options.output, options.before);
-        requireOther(options.output, options.after);
+        requireOther(options.output, firstFile);
+        requireOther(options.output, secondFile);
     }
-    const auto first = openProject(options.before, options.images, options.animation);
-    const auto second = openProject(options.after, options.images, options.animation);
-    ReportedProject before{options.before, *first};
-    ReportedProject after{options.after, *second};
+    const auto first = openProject(firstFile, reading);
+    const auto second = openProject(secondFile, reading);
+    ReportedProject before{firstFile, *first};
+    ReportedProject after{secondFile, *second};
     const model::Json report = reportOf(before, after);
     if (!options.output.empty()) {
         writeWhole(options.output, reportPage(report, before, after));
@@ -55,16 +57,11 @@ ExitCode run(const Options& options) {
 void addReport(CLI::App& program, Action& action) {
     auto options = std::make_shared<Options>();
     CLI::App* verb = program.add_subcommand("report", "Make a page that shows what a crop did");
-    verb->add_option("BEFORE", options->before, "Lottie file")->required()->type_name("");
-    verb->add_option("AFTER", options->after, "The file made of it")->required()->type_name("");
     verb->add_option("-o,--output", options->output, "Page to write, one file that needs no other")
         ->type_name("HTML");
     verb->add_flag("--json", options->json, "Print what the page says as one JSON document");
-    addImageFolder(*verb, options->images);
-    addAnimation(*verb, options->animation);
-    verb->footer(
-        "Exits with 0 when the pictures are equal but for thin rests along an edge, with 1 when they differ.\n"
-        "Example: kestrin report examples/lanterns.json cropped.json -o report.html");
+    addVersions(*verb, options->versions,
+                "Example: kestrin report examples/lanterns.json cropped.json -o report.html");
     verb->callback([&action, options] { action = [options] { return run(*options); }; });
 }
 

@@ -48,6 +48,41 @@ TEST_F(Archives, OneAnimationOfSeveralIsCroppedAndTheOthersStay) {
     EXPECT_THAT(run({"info", pathOf("in.lottie"), "--animation", "one"}).out, HasSubstr("\"First\", the root"));
 }
 
+TEST_F(Archives, AsAWholeEveryAnimationIsCroppedIntoOneArchive) {
+    const std::string tight = project("Tight", {100, 80}).text();
+    write("in.lottie",
+          packed({{"manifest.json", R"({"animations":[{"id":"a"},{"id":"b"},{"id":"c"},{"id":"d"}]})"},
+                  {"animations/a.json", card("First")},
+                  {"animations/b.json", "{}"},
+                  {"animations/c.json", tight},
+                  {"animations/d.json", card("Last")}}));
+    const auto all = [&](std::vector<std::string> more) {
+        more.insert(more.begin(), {"crop", "--all", pathOf("in.lottie"), "--padding", "0"});
+        return run(more);
+    };
+    const Outcome outcome = all({"--json", "-o", pathOf("out.lottie")});
+    EXPECT_EQ(outcome.code, ExitCode::BadInput) << outcome.err;
+    EXPECT_THAT(outcome.err, HasSubstr("animation \"b\": "));
+    std::string told;
+    const Json document = Json::parse(outcome.out);
+    for (const Json& file : document["files"]) {
+        told += file["animation"].get<std::string>() + " " + file["result"].get<std::string>() +
+                (file["output"].is_null() ? "; " : ", written; ");
+    }
+    EXPECT_EQ(told, "a done, written; b bad input; c nothing to do, written; d done, written; ");
+    EXPECT_EQ(cardIn("out.lottie", "a"), (Size{10, 20}));
+    EXPECT_EQ(cardIn("out.lottie", "d"), (Size{10, 20}));
+    EXPECT_EQ(entry("out.lottie", "animations/b.json"), "{}");
+    EXPECT_EQ(entry("out.lottie", "animations/c.json"), tight);
+
+    EXPECT_THAT(all({"--animation", "d", "--in-place"}).out,
+                HasSubstr("\nwrote " + pathOf("in.lottie") + "\n"));
+    EXPECT_EQ(cardIn("in.lottie", "d"), (Size{10, 20}));
+    EXPECT_EQ(cardIn("in.lottie", "a"), (Size{60, 60}));
+    EXPECT_EQ(all({"-o", pathOf("out.json")}).code, ExitCode::BadInput);  // it holds one
+    EXPECT_FALSE(fs::exists(pathOf("out.json")));
+}
+
 TEST_F(Archives, TheFormFollowsTheNameButStaysWhereTheFileDoes) {
     write("in.lottie", packed({{"a/x.json", card("Scene")}}));
     EXPECT_EQ(crop("in.lottie", "out.json").code, ExitCode::Done);
