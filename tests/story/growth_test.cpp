@@ -1,5 +1,5 @@
-// The host calls of each command, as a formula of the project's size: nothing is done twice for every layer,
-// use, keyframe, mask or frame.
+// The host calls of each command grow with the project's size along a line: so many for every layer, use,
+// keyframe, mask or frame, and nothing for every pair of them.
 
 #include "support/Story.h"
 
@@ -17,13 +17,6 @@ struct Plan {
     int selected = 1;             // of the card and the other precomps
     int frames = 1;
 };
-
-void PrintTo(const Plan& plan, std::ostream* out) {
-    *out << plan.cardLayers << " layers, " << plan.uses << " uses, " << plan.otherComps
-         << " other compositions, " << plan.keys << " keys, " << plan.masks << " masks with " << plan.maskKeys
-         << " keys and " << plan.vertices << " vertices, " << plan.selected << " selected, " << plan.frames
-         << " frames";
-}
 
 LayerSpec masked(LayerSpec use, const Plan& plan) {
     std::vector<Numbers> outline;
@@ -86,78 +79,56 @@ struct Growth : Story {
         return session->calls().total;
     }
 
-    // Finding the uses of one composition: each item, composition and layer of the project once.
-    static Count walk(const Plan& plan) {
-        const Count comps = 2 + plan.otherComps;
-        const Count solids = 1 + plan.otherComps;
-        const Count layers = plan.cardLayers + plan.uses + 2 * Count(plan.otherComps);
-        return 2 * (comps + solids) + 2 * comps + 2 * layers;
+    // With ten of something, with twenty, and with very many.
+    template <class Run>
+    void expectLine(Plan plan, int Plan::*what, int many, Count callsEach, Run&& run) {
+        Count callsOfTen = 0;
+        for (const int count : {10, 20, many}) {
+            plan.*what = count;
+            openScene(plan);
+            const Count calls = callsOf(run);
+            callsOfTen = count == 10 ? calls : callsOfTen;
+            EXPECT_EQ(calls, callsOfTen + (static_cast<Count>(count) - 10) * callsEach) << "with " << count;
+        }
     }
-    // Correcting one use of the card.
-    static Count correction(const Plan& plan) {
-        const Count vertices = 2 * Count(plan.vertices);
-        const Count anchor = plan.keys > 0 ? 4 + 7 * Count(plan.keys) : 8;
-        const Count mask = plan.maskKeys > 0 ? 5 + plan.maskKeys * (5 + vertices) : 9 + vertices;
-        return anchor + plan.masks * mask;
-    }
-    // Hanging a composition's layers on the null and back.
-    static Count hanging(Count layers) { return 3 * layers; }
-    static Count lookingForThreeD(Count layers) { return 3 * layers; }
 };
 
-const Plan plans[] = {{.cardLayers = 10},
-                      {.cardLayers = 1'000},
-                      {.cardLayers = 10'000},
-                      {.uses = 10},
-                      {.uses = 10'000},
-                      {.otherComps = 10},
-                      {.otherComps = 5'000},
-                      {.uses = 3, .keys = 10},
-                      {.uses = 3, .keys = 10'000},
-                      {.uses = 3, .masks = 10},
-                      {.uses = 2, .masks = 1'000},
-                      {.uses = 2, .masks = 1, .vertices = 5'000},
-                      {.uses = 2, .masks = 2, .maskKeys = 1'000},
-                      {.cardLayers = 30, .uses = 40, .otherComps = 50, .keys = 6, .masks = 7, .vertices = 8}};
+// Growing: what, beside what else, how far, and the calls for each.
+struct Growing {
+    const char* name;
+    Plan plan;
+    int Plan::*what;
+    int many;
+    Count callsEach;
+};
+const Growing growing[] = {
+    {"layers", {.uses = 3, .otherComps = 3}, &Plan::cardLayers, 10'000, 8},
+    {"uses", {.cardLayers = 3, .otherComps = 3}, &Plan::uses, 10'000, 10},
+    {"other compositions", {.cardLayers = 3, .uses = 3}, &Plan::otherComps, 5'000, 10},
+    {"keys of three uses", {.uses = 3}, &Plan::keys, 10'000, 3 * 7},
+    {"masks of two uses", {.uses = 2}, &Plan::masks, 1'000, 2 * (9 + 2 * 4)},
+    {"vertices of two uses", {.uses = 2, .masks = 1}, &Plan::vertices, 5'000, 2 * 2},
+    {"keys of four masks", {.uses = 2, .masks = 2}, &Plan::maskKeys, 1'000, 4 * (5 + 2 * 4)}};
 
 TEST_F(Growth, AStandardCropLooksAtEachLayerOfTheProjectOnce) {
-    for (const Plan& plan : plans) {
-        openScene(plan);
-        EXPECT_EQ(callsOf([&] { return run(); }), 69 + lookingForThreeD(plan.cardLayers) +
-                                                      hanging(plan.cardLayers) + walk(plan) +
-                                                      plan.uses * correction(plan))
-            << testing::PrintToString(plan);
+    for (const Growing& each : growing) {
+        SCOPED_TRACE(each.name);
+        expectLine(each.plan, each.what, each.many, each.callsEach, [&] { return run(); });
     }
 }
 
 TEST_F(Growth, EachSelectedCompositionIsACropOfItsOwn) {
-    for (const int selected : {1, 2, 10, 100}) {
-        const Plan plan{.otherComps = 120, .selected = selected};
-        openScene(plan);
-        EXPECT_EQ(callsOf([&] { return run(); }),
-                  20 + selected * (49 + lookingForThreeD(1) + hanging(1) + walk(plan) + correction(plan)));
-    }
+    expectLine({.otherComps = 120}, &Plan::selected, 100, 1277, [&] { return run(); });
 }
 
 TEST_F(Growth, ADurationCropCallsTheSameForEachFrame) {
-    for (const Plan& plan :
-         {Plan{.frames = 10}, Plan{.frames = 200}, Plan{.cardLayers = 500, .uses = 50, .frames = 20}}) {
-        openScene(plan);
-        EXPECT_EQ(callsOf([&] { return runDuration(); }),
-                  60 + 12 * Count(plan.frames) + lookingForThreeD(plan.cardLayers) + hanging(plan.cardLayers) +
-                      walk(plan) + plan.uses * correction(plan))
-            << testing::PrintToString(plan);
-    }
+    expectLine({.cardLayers = 50, .uses = 5}, &Plan::frames, 200, 12, [&] { return runDuration(); });
 }
 
 TEST_F(Growth, AMaskCropReadsEachVertexOnceMore) {
-    for (Plan plan : plans) {
-        plan.masks = 1;
-        openScene(plan);
-        EXPECT_EQ(callsOf([&] { return runMaskCrop(); }),
-                  67 + plan.vertices + hanging(plan.cardLayers) + walk(plan) + plan.uses * correction(plan))
-            << testing::PrintToString(plan);
-    }
+    expectLine({.masks = 1}, &Plan::vertices, 5'000, 2 + 1, [&] { return runMaskCrop(); });
+    expectLine({.masks = 1}, &Plan::uses, 1'000, 10 + 9 + 2 * 4, [&] { return runMaskCrop(); });
+    expectLine({.masks = 1}, &Plan::cardLayers, 1'000, 5, [&] { return runMaskCrop(); });
 }
 
 TEST_F(Growth, TheMenuLooksAtTwelveSelectedLayersAtMost) {

@@ -107,13 +107,15 @@ struct FaultyPlugin {
 
 const std::vector<FaultyPlugin>& faultyPlugins() {
     static const std::vector<FaultyPlugin> plugins = {
-        {"leaks a stream and a value",
+        {"leaks a stream, a value and a suite",
          [] {
+             const void* suite = nullptr;
              newValue(newStream());
-             return 0;
+             return host().basicSuite()->AcquireSuite("AEGP World Suite", 3, &suite);
          },
          {},
-         {"stream, made by AEGP_GetNewLayerStream", "stream value, made by AEGP_GetNewStreamValue"}},
+         {"stream, made by AEGP_GetNewLayerStream", "stream value, made by AEGP_GetNewStreamValue",
+          "suite AEGP World Suite 3, acquired 1 times too often"}},
         {"releases the copy of a value, too",
          [] {
              const AEGP_StreamRefH stream = newStream();
@@ -169,12 +171,6 @@ const std::vector<FaultyPlugin>& faultyPlugins() {
          },
          {"AcquireSuite: called from another thread than the main one; it was refused"},
          {}},
-        {"throws",
-         []() -> A_Err { throw std::runtime_error("out of the hook"); },
-         {"CommandHook: the plug-in let an exception out",
-          "CommandHook: the plug-in reported error 1; the project is as it was before"},
-         {},
-         A_Err_GENERIC},
         {"throws a number through the host",
          [] {
              static int depth = 0;
@@ -187,14 +183,15 @@ const std::vector<FaultyPlugin>& faultyPlugins() {
           "CommandHook: the plug-in reported error 1; the project is as it was before"},
          {},
          A_Err_GENERIC},
-        {"changes the project and fails",
-         [] {
+        {"changes the project and throws",
+         []() -> A_Err {
              resize();
-             return 42;
+             throw std::runtime_error("out of the hook");
          },
-         {"CommandHook: the plug-in reported error 42; the project is as it was before"},
+         {"CommandHook: the plug-in let an exception out",
+          "CommandHook: the plug-in reported error 1; the project is as it was before"},
          {},
-         42},
+         A_Err_GENERIC},
         {"leaves a group open",
          [] {
              tableUtilitySuite5.AEGP_StartUndoGroup("Left open");
@@ -210,13 +207,6 @@ const std::vector<FaultyPlugin>& faultyPlugins() {
          },
          {"ReleaseSuite: released more often than acquired: AEGP Item Suite 9"},
          {}},
-        {"never releases a suite",
-         [] {
-             const void* suite = nullptr;
-             return host().basicSuite()->AcquireSuite("AEGP World Suite", 3, &suite);
-         },
-         {},
-         {"suite AEGP World Suite 3, acquired 1 times too often"}},
         {"sets what is no number",
          [] {
              const AEGP_StreamRefH stream = newStream();
@@ -345,40 +335,10 @@ struct Refusals : Host {
 
 TEST_F(Refusals, OfNullStaleForeignAndWrongHandlesEverywhere) {
     const std::string before = project().write();
-#define F(name) table.AEGP_##name
-    const auto items = [&](const char* suite, const auto& table) {
-        refuseAll(suite, F(IsItemSelected), F(GetItemType), F(GetItemName), F(GetItemID), F(GetItemDuration),
-                  F(GetItemCurrentTime), F(GetItemDimensions), F(GetItemPixelAspectRatio), F(DeleteItem),
-                  F(SetItemCurrentTime));
-    };
-    const auto itemWalk = [&](const char* suite, const auto& table) {
-        refuseAll(suite, F(GetFirstProjItem), F(GetNextProjItem), F(SetItemName));
-    };
-    const auto layers = [&](const char* suite, const auto& table) {
-        refuseAll(suite, F(GetCompNumLayers), F(GetCompLayerByIndex), F(GetLayerIndex), F(GetLayerSourceItem),
-                  F(GetLayerParentComp), F(GetLayerName), F(GetLayerFlags), F(GetLayerCurrentTime),
-                  F(GetLayerInPoint), F(GetLayerDuration), F(GetLayerOffset), F(AddLayer), F(ReorderLayer),
-                  F(GetLayerMaskedBounds), F(GetLayerObjectType), F(IsLayer3D), F(GetLayerParent),
-                  F(SetLayerParent), F(DeleteLayer));
-    };
-    const auto comps = [&](const char* suite, const auto& table) {
-        refuseAll(suite, F(GetCompFromItem), F(GetItemFromComp), F(GetCompDownsampleFactor),
-                  F(SetCompDownsampleFactor), F(GetCompFramerate), F(GetNewCollectionFromCompSelection),
-                  F(SetSelection), F(CreateNullInComp), F(SetCompPixelAspectRatio), F(SetCompDimensions),
-                  F(DuplicateComp));
-    };
-    items("items 1", tableItemSuite1);
-    items("items 6", tableItemSuite6);
-    items("items 8", tableItemSuite8);
-    itemWalk("items 6", tableItemSuite6);
-    itemWalk("items 8", tableItemSuite8);
-    layers("layers 5", tableLayerSuite5);
-    layers("layers 7", tableLayerSuite7);
-    comps("comps 4", tableCompSuite4);
-    comps("comps 7", tableCompSuite7);
-    comps("comps 9", tableCompSuite9);
-#undef F
 #define F(table, name) table.AEGP_##name
+    const auto& items = tableItemSuite8;
+    const auto& layers = tableLayerSuite7;
+    const auto& comps = tableCompSuite9;
     const auto& masks = tableMaskSuite5;
     const auto& outlines = tableMaskOutlineSuite2;
     const auto& streams = tableStreamSuite4;
@@ -389,6 +349,22 @@ TEST_F(Refusals, OfNullStaleForeignAndWrongHandlesEverywhere) {
     const auto& memory = tableMemorySuite1;
     const auto& store = tablePersistentDataSuite3;
     const auto& collections = tableCollectionSuite2;
+    refuseAll("items", F(items, IsItemSelected), F(items, GetItemType), F(items, GetItemName),
+              F(items, GetItemID), F(items, GetItemDuration), F(items, GetItemCurrentTime),
+              F(items, GetItemDimensions), F(items, GetItemPixelAspectRatio), F(items, DeleteItem),
+              F(items, SetItemCurrentTime), F(items, GetFirstProjItem), F(items, GetNextProjItem),
+              F(items, SetItemName));
+    refuseAll("layers", F(layers, GetCompNumLayers), F(layers, GetCompLayerByIndex), F(layers, GetLayerIndex),
+              F(layers, GetLayerSourceItem), F(layers, GetLayerParentComp), F(layers, GetLayerName),
+              F(layers, GetLayerFlags), F(layers, GetLayerCurrentTime), F(layers, GetLayerInPoint),
+              F(layers, GetLayerDuration), F(layers, GetLayerOffset), F(layers, AddLayer),
+              F(layers, ReorderLayer), F(layers, GetLayerMaskedBounds), F(layers, GetLayerObjectType),
+              F(layers, IsLayer3D), F(layers, GetLayerParent), F(layers, SetLayerParent),
+              F(layers, DeleteLayer));
+    refuseAll("comps", F(comps, GetCompFromItem), F(comps, GetItemFromComp), F(comps, GetCompDownsampleFactor),
+              F(comps, SetCompDownsampleFactor), F(comps, GetCompFramerate),
+              F(comps, GetNewCollectionFromCompSelection), F(comps, SetSelection), F(comps, CreateNullInComp),
+              F(comps, SetCompPixelAspectRatio), F(comps, SetCompDimensions), F(comps, DuplicateComp));
     refuseAll("collections", F(collections, DisposeCollection), F(collections, GetCollectionNumItems),
               F(collections, GetCollectionItemByIndex), F(collections, CollectionPushBack),
               F(collections, CollectionErase), F(memory, FreeMemHandle), F(memory, LockMemHandle),
