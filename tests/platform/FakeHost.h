@@ -55,3 +55,41 @@ class FakeHost {
     std::vector<Suite> acquired_, released_;
     std::vector<std::string> calls_;
 };
+
+// With as much as the plug-in's start needs.
+class StartHost : public FakeHost {
+ public:
+    StartHost() {
+        commands_.AEGP_GetUniqueCommand = [](AEGP_Command* command) {
+            *command = 77;
+            return call("number");
+        };
+        commands_.AEGP_InsertMenuCommand = [](AEGP_Command command, const A_char* text, AEGP_MenuID menu,
+                                              A_long place) {
+            return call("insert " + std::to_string(command) + " " + text + " into " + std::to_string(menu) +
+                        " at " + std::to_string(place));
+        };
+        commands_.AEGP_SetMenuCommandName = [](AEGP_Command, const A_char* text) {
+            return call(std::string("rename ") + text);
+        };
+        commands_.AEGP_EnableCommand = [](AEGP_Command) { return call("enable"); };
+        commands_.AEGP_DisableCommand = [](AEGP_Command) { return call("disable"); };
+        hooks_.AEGP_RegisterCommandHook = [](AEGP_PluginID, AEGP_HookPriority, AEGP_Command, AEGP_CommandHook,
+                                             AEGP_CommandRefcon) { return call("command hook"); };
+        hooks_.AEGP_RegisterUpdateMenuHook = [](AEGP_PluginID, AEGP_UpdateMenuHook, AEGP_UpdateMenuRefcon) {
+            return call("menu hook");
+        };
+        hooks_.AEGP_RegisterIdleHook = [](AEGP_PluginID, AEGP_IdleHook hook, AEGP_IdleRefcon) {
+            idleHook = hook;
+            return call("idle hook");
+        };
+        offer("AEGP Command Suite", 1, &commands_);
+        offer("AEGP Register Suite", 6, &hooks_);
+    }
+
+    inline static AEGP_IdleHook idleHook = nullptr;
+
+ private:
+    AEGP_CommandSuite1 commands_{};
+    AEGP_RegisterSuite5 hooks_{};
+};

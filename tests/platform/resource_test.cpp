@@ -47,6 +47,16 @@ std::string bytesOfWords(std::istream&& words) {
     return bytes;
 }
 
+std::string bigEndian(std::initializer_list<std::size_t> numbers) {
+    std::string bytes;
+    for (const std::size_t number : numbers) {
+        for (const int shift : {24, 16, 8, 0}) {
+            bytes += static_cast<char>(number >> shift & 0xFF);
+        }
+    }
+    return bytes;
+}
+
 Resources resourcesOf(const std::string& name) {
     const std::string command = "'" KESTRIN_CMAKE "' -DNAME=" + name +
                                 " -DFOLDER='" KESTRIN_TEST_FOLDER "' -P '" KESTRIN_WRITER "' 2> /dev/null";
@@ -62,6 +72,11 @@ TEST(Resource, NamesOfEveryLengthAreReadBack) {
         EXPECT_NE(outputOf("file --brief '" + pathOf(name, ".rsrc") + "'")
                       .find("1 type, 0x5069504c 'PiPL' * 1 resource"),
                   std::string::npos);
+        // Where the data begins, where the map does, and how long each is; the map begins with the same.
+        const std::size_t map = resources.macFile.size() - 50;
+        const std::string header = bigEndian({256, map, map - 256, 50});
+        EXPECT_EQ(resources.macFile.substr(0, 16), header);
+        EXPECT_EQ(resources.macFile.substr(map, 16), header);
         const Pipl mac(resources.macFile.substr(260, resources.macFile.size() - 260 - 50));
         const Pipl windows(resources.windows);
         EXPECT_EQ(mac.keys(), "kind name catg vers ma64 mi64 ");

@@ -1,5 +1,9 @@
 // The standard crop, from the selection to the picture that did not move.
 
+#include <cmath>
+
+#include "Crop.h"
+#include "suites/Tables.h"
 #include "support/Story.h"
 
 namespace kestrin_test {
@@ -177,6 +181,25 @@ TEST_F(Story, PaddingExpandAndMasksChangeTheRectangle) {
     EXPECT_EQ(sizeOf("Card"), (Size{41, 36}));
     EXPECT_EQ(pictureOf("Scene"), masked);
     expectNothingOpen();
+}
+
+// A frame measured without a command around it.
+TEST_F(Story, EdgesOfARegionThatAreNoNumbersLimitNothing) {
+    open(cardScene());
+    AEGP_RenderOptionsH options = nullptr;
+    AEGP_FrameReceiptH receipt = nullptr;
+    AEGP_WorldH world = nullptr;
+    tableRenderOptionsSuite3.AEGP_NewFromItem(0, session->handleOf(comp("Card").item), &options);
+    tableRenderSuite3.AEGP_RenderAndCheckoutFrame(options, nullptr, nullptr, &receipt);
+    tableRenderSuite3.AEGP_GetReceiptWorld(receipt, &world);
+    SPBasicSuite basic = *session->basicSuite();
+    crop::CroppingBounds bounds{};
+    const double nan = std::nan("");
+    EXPECT_EQ(crop::findCropBounds(&basic, &world, 1, 1, &bounds, {nan, 1e300, nan, -1e300}), 0);
+    EXPECT_EQ(bounds.left, 150);
+    EXPECT_EQ(bounds.right, 249);
+    EXPECT_EQ(bounds.top, 2147483647);
+    EXPECT_EQ(bounds.bottom, -2147483648.0);
 }
 
 TEST_F(Story, TheSourceIsRenderedAtTheTimeThatTheLayerShows) {
