@@ -4,6 +4,8 @@
 #include <zip.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <cstring>
 #include <memory>
 
 #include "model/Project.h"
@@ -33,6 +35,21 @@ using Writer = std::unique_ptr<zip_t, decltype(&zip_discard)>;
 
 Source sourceOf(std::string_view bytes) {
     return {zip_source_buffer_create(bytes.data(), bytes.size(), 0, nullptr), zip_source_free};
+}
+
+// To be written over. What is kept of the beginning the library takes for memory of its own and frees, so that
+// it needs a copy that is.
+Source writableSourceOf(std::string_view bytes) {
+    void* const copy = std::malloc(bytes.size());
+    if (copy == nullptr) {
+        throw std::bad_alloc();
+    }
+    std::memcpy(copy, bytes.data(), bytes.size());
+    Source source{zip_source_buffer_create(copy, bytes.size(), 1, nullptr), zip_source_free};
+    if (!source) {
+        std::free(copy);
+    }
+    return source;
 }
 
 zip_t* open(const Source& source, int flags, Error& error) {
@@ -208,7 +225,7 @@ std::string Zip::with(const std::string& entry, std::string_view content) const 
     zip_stat_t stat;
     zip_stat_index(zip_, index, 0, &stat);
     Error error;
-    const Source target = sourceOf(bytes_);
+    const Source target = writableSourceOf(bytes_);
     Writer writer(open(target, 0, error), zip_discard);
     if (!writer) {
         fail("", error.text());

@@ -13,9 +13,6 @@ using testing::HasSubstr;
 
 class Modes : public Program {
  protected:
-    static std::vector<Numbers> box(double left, double top, double right, double bottom) {
-        return {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
-    }
     // A card whose content moves, masked twice.
     std::string card() {
         return write("in.json",

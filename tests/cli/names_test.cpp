@@ -13,9 +13,6 @@ using testing::Not;
 
 class Names : public Program {
  protected:
-    static std::vector<Numbers> box(double left, double top, double right, double bottom) {
-        return {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
-    }
     // A composition of this name with a mask of this name, each beside others; there is a third layer.
     static std::string scene(const std::string& name) {
         return project("Scene", {100, 80})

@@ -15,31 +15,18 @@ namespace {
 
 using model::Json;
 
-// At which frame an error shows, or why it shows at none.
-struct Cell {
-    Cell(int at) : frame(at) {}
-    Cell(const char* why) : unseen(why) {}
-    int frame = 0;
-    const char* unseen = nullptr;
-};
-
 // One use of a composition, and what one pixel wrong there does.
 struct Row {
     const char* file;
     const char* comp;  // asset id of the composition that holds the use
     int layer;         // the use, from 1
     int inner;         // a layer in what it shows, from 1
-    Cell anchorX, anchorY, position, innerPosition, mask, width, height;
+    // The frame at which the error shows, or that it shows at none.
+    int anchorX, anchorY, position, innerPosition, mask, width, height;
 };
 
-void PrintTo(const Row& row, std::ostream* out) {
-    *out << row.file;
-}
-
-const char noMask[] = "the use has no mask";
-const char otherTimes[] = "what is shown reaches the edges at other times only";
-const char fades[] = "the content fades out towards the edge";
-const char belowToo[] = "the same picture without a mask lies below";
+constexpr int noMask = -1;
+constexpr int unseen = -2;
 
 // ---- Errors ------------------------------------------------------------------------------------------
 
@@ -108,7 +95,7 @@ void cut(Json& document, const std::string& id, const char* side) {
 
 struct Error {
     const char* name;
-    Cell Row::*cell;
+    int Row::*frame;
     void (*make)(Json& document, const Row& row, Json& use, Json& inner);
 };
 
@@ -142,20 +129,19 @@ TEST_P(RealErrors, OnePixelIsSeenWhereverItShows) {
     const Json good = Json::parse(text);
     const auto before = model::Project::open(file);
     const auto unspoiled = model::Project::read(text);
-    std::set<std::optional<int>> lookedAt;
+    std::set<int> lookedAt;
     for (const Error& error : errors) {
-        const Cell& cell = row.*error.cell;
-        // What is not seen is looked for where the other errors are, or else at all frames.
-        const Cell& at = cell.unseen == nullptr ? cell : row.anchorX;
-        const ComparisonRequest request{at.unseen == nullptr ? std::optional(at.frame) : std::nullopt, ""};
+        const int frame = row.*error.frame;
+        // What is not seen is looked for where the other errors are.
+        const ComparisonRequest request{frame >= 0 ? frame : row.anchorX, ""};
         SCOPED_TRACE(error.name);
-        if (lookedAt.insert(request.frame).second) {
+        if (lookedAt.insert(*request.frame).second) {
             EXPECT_NE(compare(*before, *unspoiled, request).verdict(), Verdict::Shifted);
         }
         Json spoiled = good;
         Json& use = layersOf(spoiled, row.comp).at(static_cast<std::size_t>(row.layer) - 1);
         Json& inside = layersOf(spoiled, use["refId"]);
-        if (cell.unseen == noMask) {
+        if (frame == noMask) {
             EXPECT_TRUE(use.value("masksProperties", Json::array()).empty());
             continue;
         }
@@ -180,8 +166,10 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"animation.json", "", 3, 2, 2, 4, 2, 2, noMask, 11, 7},
         Row{"banner.json", "", 1, 2, 472, 454, 472, 472, noMask, 474, 470},
         Row{"ripple.json", "", 1, 1, 0, 0, 0, 0, noMask, 0, 0},
-        Row{"navidad.json", "", 3, 5, 89, 88, 89, 89, belowToo, otherTimes, otherTimes},
-        Row{KESTRIN_EXAMPLE, "", 6, 1, 20, 20, 20, 20, 20, fades, 20}),
+        // The same picture without a mask lies below, and what is shown reaches the edges at other times only.
+        Row{"navidad.json", "", 3, 5, 89, 88, 89, 89, unseen, unseen, unseen},
+        // The content fades out towards its right edge.
+        Row{KESTRIN_EXAMPLE, "", 6, 1, 20, 20, 20, 20, 20, unseen, 20}),
     [](const auto& row) { return wordOf(row.param.file) + std::to_string(row.index); });
 
 }  // namespace

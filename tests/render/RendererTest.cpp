@@ -49,13 +49,6 @@ void expectDraws(Renderer& renderer) {
     EXPECT_EQ(row(draw(renderer, 0, 12, 2), 1), "RRRR........");
 }
 
-TEST(Renderer, DrawsAnySizeOfOneDocument) {
-    Renderer renderer;
-    expectDraws(renderer);
-    EXPECT_EQ(row(draw(renderer, 3, 6, 1), 0), "RR....");
-    EXPECT_EQ(row(draw(renderer, 3, 24, 4), 3), "RRRRRRRR................");
-}
-
 TEST(Renderer, RefusesWhatItCannotDrawAndGoesOn) {
     Renderer renderer({.picturePixels = 100});
     EXPECT_EQ(errorOf([&] { draw(renderer, 0, 4, 4); }), "no document is prepared");

@@ -6,9 +6,6 @@ namespace kestrin_test {
 namespace {
 
 struct MaskCrop : Story {
-    static std::vector<Numbers> box(double left, double top, double right, double bottom) {
-        return {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
-    }
     static LayerSpec card() {
         return precomp("Card", {400, 300})
             .with(solid("Red", {400, 300}))

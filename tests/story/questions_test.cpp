@@ -169,11 +169,6 @@ TEST_F(Story, ScriptsReachTheHostAsTheyStandInTheirFiles) {
               (std::vector<std::string>{file("threeDQuestion"), file("resolutionQuestion", "third"),
                                         file("notCroppedAlert", "0,1")}));
     EXPECT_NE(alerts().back().find("A, B"), std::string::npos);
-
-    select({});
-    moveTo(25);
-    EXPECT_EQ(run(), 0);
-    EXPECT_EQ(session->scriptsRun().back(), file("emptyCompositionAlert"));
 }
 
 }  // namespace

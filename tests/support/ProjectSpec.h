@@ -37,6 +37,11 @@ struct Key {
     Numbers outTangent = {}, inTangent = {};
 };
 
+// The outline of a mask.
+inline std::vector<Numbers> box(double left, double top, double right, double bottom) {
+    return {{left, top}, {right, top}, {right, bottom}, {left, bottom}};
+}
+
 class CompSpec;
 
 class LayerSpec {
