@@ -18,8 +18,8 @@ struct BatchRequest {
     CropAllRequest crop;
 };
 
-// Goes on after a file that is no project or fails. Throws Stop before the first when an output cannot be
-// written.
+// Of an archive each animation, unless one is named. Goes on after a file that is no project or fails. Throws
+// Stop before the first when an output cannot be written.
 ExitCode cropFiles(const BatchRequest& request);
 
 }  // namespace headless::cli

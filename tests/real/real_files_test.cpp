@@ -19,6 +19,10 @@ struct RealFile {
     bool mustMatch;  // the others: nothing inside, never shown, or edges too faint to be found
 };
 
+void PrintTo(const RealFile& file, std::ostream* out) {
+    *out << file.name;
+}
+
 // One layer that shows a composition, and the frames at which it is cropped.
 struct Use {
     std::string comp;
