@@ -181,6 +181,9 @@ const Layer* firstOfSeveral(const Layer& layer) {
 }
 
 void giveIndex(Project& project, Layer& layer) {
+    if (!layer.children.empty()) {
+        return;  // they name it by its index already
+    }
     const Layer* meant = firstOfSeveral(layer);
     if (!layer.index || (meant != nullptr && meant != &layer)) {
         setLayerField(
