@@ -402,19 +402,24 @@ std::string idAt(const Json& json, const char* key) {
     return value != nullptr && value->is_number() ? value->dump() : textAt(json, key);
 }
 
+std::optional<int> wholeIndex(double number) {
+    constexpr double largestIndex = 1e9;
+    return std::abs(number) <= largestIndex ? std::optional(static_cast<int>(std::lround(number)))
+                                            : std::nullopt;
+}
+
 void readLayer(const Json& json, const std::string& path, LayerData& layer,
                std::vector<std::shared_ptr<Mask>>& masks, std::optional<int>& parent) {
-    constexpr double largestIndex = 1e9;
     const auto whole = [&](const char* key) -> std::optional<int> {
         const Json* value = memberOf(json, key);
         if (value == nullptr || value->is_null()) {
             return std::nullopt;
         }
-        const double n = number(*value, path + "." + key);
-        if (std::abs(n) > largestIndex) {
+        const auto index = wholeIndex(number(*value, path + "." + key));
+        if (!index) {
             fail(path + "." + key, "the number is out of range");
         }
-        return static_cast<int>(std::lround(n));
+        return index;
     };
     layer.type = static_cast<LayerType>(whole("ty").value_or(-1));
     if (!json.contains("ty")) {

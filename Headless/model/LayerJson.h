@@ -14,6 +14,9 @@ void patchLayer(Json& json, const Layer& layer, const LayerData& asRead,
 // A whole number is written without a fraction. Throws ProjectError where it could not be read again.
 Json jsonNumber(double value);
 
+// The nearest whole number; nothing where layers cannot be counted so far.
+std::optional<int> wholeIndex(double number);
+
 // The number at json[key], or `otherwise` where there is none. Throws ProjectError naming path.key when
 // something else stands there.
 double numberAt(const Json& json, const char* key, double otherwise, const std::string& path);

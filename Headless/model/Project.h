@@ -18,12 +18,12 @@
 #include <string_view>
 #include <vector>
 
+#include "model/Document.h"
 #include "model/History.h"
 #include "model/Stream.h"
 
 namespace headless::model {
 
-using Json = nlohmann::ordered_json;
 using ItemId = std::int32_t;
 using LayerId = std::uint32_t;
 
@@ -100,9 +100,11 @@ struct Layer : LayerData {
     std::vector<Layer*> children;
     std::vector<std::shared_ptr<Mask>> masks;
 
-    std::string_view text;            // in the file; empty for a layer that came later
-    std::optional<int> parentInText;  // the parent's index as the file has it
-    bool touched = false;             // something may differ from the text
+    std::string_view text;           // in the file; empty for a layer that came later
+    std::optional<int> matteSource;  // as in LayerRole, and never changed
+    std::optional<Matte> matte;
+    bool isMatteSource = false;
+    bool touched = false;  // something may differ from the text
 };
 
 using LayerPtr = std::shared_ptr<Layer>;
@@ -178,8 +180,8 @@ class Project {
     std::string write() const;
     bool differsFromText() const;
 
-    // A document that shows one composition: its layers as root layers, and the assets that they reach.
-    Json documentOf(const Comp& comp) const;
+    // Borrows from the project, and holds until that changes.
+    Document documentOf(const Comp& comp) const;
 
     // The pictures that the document takes from elsewhere.
     std::vector<std::string> outerPictures() const;
@@ -212,6 +214,7 @@ class Project {
  private:
     friend class Reader;
     bool isAsText(const Layer& layer) const;
+    LayerList listOf(const Comp& comp) const;
     void writeLayers(const Comp& comp, std::string& out) const;
     void writeComp(const Comp& comp, std::string& out) const;
     void writeAssets(std::string& out) const;

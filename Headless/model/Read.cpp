@@ -134,7 +134,10 @@ class Reader {
         std::optional<int> parent;
         readLayer(json, pathOf(list, list.layers.size()), *layer, layer->masks, parent);
         layer->text = text;
-        layer->parentInText = parent;
+        const LayerRole role = readRole(json);
+        layer->matte = role.matte;
+        layer->matteSource = role.matteSource;
+        layer->isMatteSource = role.isMatteSource;
         list.layers.push_back(std::move(layer));
         list.parents.push_back(parent);
     }

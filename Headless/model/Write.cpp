@@ -232,41 +232,43 @@ std::string Project::write() const {
     return out;
 }
 
-Json Project::documentOf(const Comp& comp) const {
-    const Json& rootShell = root().shell;
-    Json document = {{"v", rootShell.contains("v") ? rootShell["v"] : Json("5.5.0")},
-                     {"fr", root().frameRate},
-                     {"ip", comp.firstFrame},
-                     {"op", comp.endFrame},
-                     {"w", comp.item->size.width},
-                     {"h", comp.item->size.height},
-                     {"layers", Json::array()},
-                     {"assets", Json::array()}};
+LayerList Project::listOf(const Comp& comp) const {
+    return {comp.layers.size(),
+            [&comp](std::size_t index) {
+                const Layer& layer = *comp.layers[index];
+                return LayerRole{.index = layer.index,
+                                 .parent = layer.parent != nullptr ? layer.parent->index : std::nullopt,
+                                 .matteSource = layer.matteSource,
+                                 .matte = layer.matte,
+                                 .isMatteSource = layer.isMatteSource,
+                                 .hidden = layer.hidden};
+            },
+            [this, &comp](std::size_t index) { return layerJson(*comp.layers[index]); }};
+}
+
+Document Project::documentOf(const Comp& comp) const {
+    Document document{frameRate(), listOf(comp), {}, {}};
     std::unordered_set<const Item*> reached;
-    std::vector<const Item*> waiting;
+    std::vector<const Comp*> waiting{&comp};
     std::unordered_set<std::string> images;
-    const auto addLayers = [&](const Comp& from, Json& list) {
-        for (const LayerPtr& layer : from.layers) {
-            list.push_back(layerJson(*layer));
+    while (!waiting.empty()) {
+        const Comp& next = *waiting.back();
+        waiting.pop_back();
+        if (&next != &comp) {
+            document.compositions.push_back({next.assetId, listOf(next)});
+        }
+        for (const LayerPtr& layer : next.layers) {
             if (layer->source != nullptr && layer->source->comp && reached.insert(layer->source).second) {
-                waiting.push_back(layer->source);
+                waiting.push_back(layer->source->comp.get());
             } else if (layer->type == LayerType::Image) {
                 images.insert(layer->reference);
             }
         }
-    };
-    addLayers(comp, document["layers"]);
-    while (!waiting.empty()) {
-        const Comp& next = *waiting.back()->comp;
-        waiting.pop_back();
-        Json layers = Json::array();
-        addLayers(next, layers);
-        Json shell = {{"id", next.assetId}, {"layers", std::move(layers)}};
-        document["assets"].push_back(std::move(shell));
     }
     for (const Json& asset : assets_) {
-        if (!asset.contains("layers") && images.contains(assetIdOf(asset))) {
-            document["assets"].push_back(withPicture(asset));
+        const std::string id = assetIdOf(asset);
+        if (!asset.contains("layers") && images.contains(id)) {
+            document.images.push_back({id, withPicture(asset)});
         }
     }
     return document;

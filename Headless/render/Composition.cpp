@@ -2,7 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <unordered_map>
 #include <utility>
+
+#include "model/LayerJson.h"
 
 namespace headless::render {
 namespace {
@@ -14,25 +18,18 @@ bool isEndlessUse(const Layers& layers) {
            layers[0]["op"] == Clock::ever;
 }
 
-std::optional<Matte> matteOf(const Json& layer) {
-    const double type = numberOr(layer, "tt", 0);
-    if (type != 1 && type != 2 && type != 3 && type != 4) return std::nullopt;
-    return static_cast<Matte>(static_cast<int>(type));
-}
-
 bool isInverted(Matte matte) {
     return matte == Matte::InvertedAlpha || matte == Matte::InvertedLuma;
 }
 
 }  // namespace
 
-void Library::rename(const Json& asset) {
-    const Json& id = memberOf(asset, "id");
-    names_.emplace(id.is_string() ? id.get<std::string>() : id.dump(), "a" + std::to_string(names_.size()));
+void Library::rename(const std::string& id) {
+    names_.emplace(id, "a" + std::to_string(names_.size()));
 }
 
-std::optional<std::string> Library::nameOf(const Json& reference) const {
-    const auto found = names_.find(reference.is_string() ? reference.get<std::string>() : reference.dump());
+std::optional<std::string> Library::nameOf(const std::string& id) const {
+    const auto found = names_.find(id);
     if (found == names_.end()) return std::nullopt;
     return found->second;
 }
@@ -54,6 +51,16 @@ std::string Library::add(const std::string& layers) {
     return name;
 }
 
+std::string Library::take(const std::string& head, const std::string& tail) {
+    std::string text;
+    text.reserve(head.size() + assets_.size() + tail.size());
+    text += head;
+    text += assets_;
+    text += tail;
+    assets_ = {};
+    return text;
+}
+
 double Library::stepAt(double seconds) {
     // The renderer cuts a remapped time off to whole steps; a little more keeps whole steps what they are.
     const double step = Clock().step(seconds * framesPerSecond_) + 0.05;
@@ -61,71 +68,64 @@ double Library::stepAt(double seconds) {
     return step;
 }
 
-Composition::Composition(const Json& layers, const Clock& clock, Library& library)
-    : layers_(layers), clock_(clock), library_(library) {
-    for (std::size_t index = 0; index < layers_.size(); ++index) {
-        const Json& number = memberOf(layers_[index], "ind");
-        if (number.is_number()) indices_.emplace(number.get<double>(), index);
+Composition::Composition(const model::LayerList& layers, const Clock& clock, Library& library)
+    : layers_(layers), clock_(clock), library_(library), roles_(layers.count) {
+    findRoles();
+}
+
+void Composition::findRoles() {
+    std::vector<model::LayerRole> stated;
+    std::unordered_map<int, std::int32_t> places;  // of the first with each number
+    for (std::size_t index = 0; index < layers_.count; ++index) {
+        stated.push_back(layers_.role(index));
+        if (stated.back().index) places.emplace(*stated.back().index, static_cast<std::int32_t>(index));
+    }
+    for (std::int32_t index = 0; index < std::ssize(stated); ++index) {
+        const auto placeOf = [&](int number) {
+            const auto found = places.find(number);
+            return found == places.end() || found->second == index ? none : found->second;
+        };
+        const model::LayerRole& layer = stated[index];
+        Role& role = roles_[index];
+        role.matte = layer.matte;
+        if (layer.parent) role.parent = placeOf(*layer.parent);
+        if (layer.matte) role.matteSource = layer.matteSource ? placeOf(*layer.matteSource) : index - 1;
+        // A matte source is drawn for its target only; named by number it may be a layer like others.
+        if (layer.hidden || layer.isMatteSource) role.isDrawn = false;
+        if (layer.matte && !layer.matteSource && index > 0) roles_[index - 1].isDrawn = false;
     }
 }
 
 std::string Composition::drawn() {
     List list;
-    for (std::size_t index = 0; index < layers_.size(); ++index) {
-        if (isSet(layers_[index], "hd") || !standsForItself(index)) continue;
+    for (std::size_t index = 0; index < roles_.size(); ++index) {
+        if (!roles_[index].isDrawn) continue;
         for (const Json& layer : matted(index)) write(list, layer);
     }
     return withParents(std::move(list));
 }
 
-std::optional<std::size_t> Composition::parentOf(std::size_t index) const {
-    const Json& parent = memberOf(layers_[index], "parent");
-    if (!parent.is_number()) return std::nullopt;
-    const auto found = indices_.find(parent.get<double>());
-    if (found == indices_.end() || found->second == index) return std::nullopt;
-    return found->second;
-}
-
-std::optional<std::size_t> Composition::matteSourceOf(std::size_t index) const {
-    if (!matteOf(layers_[index])) return std::nullopt;
-    const Json& stated = memberOf(layers_[index], "tp");
-    if (!stated.is_number()) return index > 0 ? std::optional(index - 1) : std::nullopt;
-    const auto found = indices_.find(stated.get<double>());
-    if (found == indices_.end() || found->second == index) return std::nullopt;
-    return found->second;
-}
-
-// A matte source is drawn for its target only; named by number it may be a layer like others.
-bool Composition::standsForItself(std::size_t index) const {
-    if (isSet(layers_[index], "td")) return false;
-    const std::size_t below = index + 1;
-    return below == layers_.size() || matteSourceOf(below) != index ||
-           memberOf(layers_[below], "tp").is_number();
-}
-
 // A layer of that type in the place of layer `index`.
-Json Composition::placed(std::size_t index, int type, bool withOpacity) const {
-    const Json& layer = layers_[index];
+Json Composition::placed(std::size_t index, const Json& layer, int type, bool withOpacity) const {
     const bool deep = isSet(layer, "ddd");
     // `ddd` decides how the renderer reads `ks`, and must be there and come first.
     Json result{{"ddd", deep ? 1 : 0}, {"ty", type}, {"ip", -Clock::ever}, {"op", Clock::ever}, {"st", 0}};
-    if (const auto parent = parentOf(index)) result["parent"] = *parent;
+    if (const std::int32_t parent = roles_[index].parent; parent != none) result["parent"] = parent;
     if (isSet(layer, "ao")) result["ao"] = 1;
     result["ks"] = rewrittenTransform(memberOf(layer, "ks"), deep ? Space::Deep : Space::Flat, clock_);
     if (!withOpacity) result["ks"].erase("o");
     return result;
 }
 
-Json Composition::content(std::size_t index) const {
-    const Json& layer = layers_[index];
+Json Composition::content(std::size_t index, const Json& layer) const {
     const int type = static_cast<int>(std::clamp(numberOr(layer, "ty", null), -1.0, 99.0));
     if (type != precomp && type != solid && type != image && type != shape) return nullptr;
 
-    Json result = placed(index, type, true);
+    Json result = placed(index, layer, type, true);
     result["ip"] = clock_.firstStepFrom(numberOr(layer, "ip", -Clock::ever));
     result["op"] = clock_.firstStepFrom(numberOr(layer, "op", Clock::ever));
     if (type == precomp || type == image) {
-        const auto name = library_.nameOf(memberOf(layer, "refId"));
+        const auto name = library_.nameOf(model::idAt(layer, "refId"));
         if (!name) return nullptr;
         result["refId"] = *name;
     }
@@ -171,9 +171,10 @@ Json Composition::timeRemap(const Json& layer) const {
 }
 
 Layers Composition::masked(std::size_t index) {
-    Json layer = content(index);
+    const Json original = layers_.json(index);
+    Json layer = content(index, original);
     if (layer.is_null()) return {};
-    const std::vector<const Json*> masks = masksOf(layers_[index]);
+    const std::vector<const Json*> masks = masksOf(original);
     if (masks.empty()) return {std::move(layer)};
     if (isPlain(masks)) {
         Json mask{{"mode", "a"}};
@@ -186,7 +187,7 @@ Layers Composition::masked(std::size_t index) {
     const MaskTools tools{
         .draw =
             [&](const Json& mask, const Json& opacity) {
-                Json drawing = placed(index, shape, false);
+                Json drawing = placed(index, original, shape, false);
                 const Json area{{"ty", "sh"}, {"ks", rewritten(memberOf(mask, "pt"), Kind::Path, clock_)}};
                 Json fill{{"ty", "fl"}};
                 rewriteMembers(fill, {{"o", opacity}}, {{"o", Kind::Scalar}}, clock_);
@@ -206,17 +207,17 @@ Layers Composition::masked(std::size_t index) {
 }
 
 Layers Composition::matted(std::size_t index) {
-    const auto source = matteSourceOf(index);
-    if (!source || open_.contains(*source)) return masked(index);
-    if (!sources_.contains(*source)) {
-        open_.insert(*source);
-        Layers layers = matted(*source);
-        open_.erase(*source);
+    const Role& role = roles_[index];
+    if (role.matteSource == none || open_.contains(role.matteSource)) return masked(index);
+    if (!sources_.contains(role.matteSource)) {
+        open_.insert(role.matteSource);
+        Layers layers = matted(static_cast<std::size_t>(role.matteSource));
+        open_.erase(role.matteSource);
         // Written once, shown to each target.
         if (!layers.empty()) layers = {endlessUse(std::move(layers))};
-        sources_[*source] = std::move(layers);
+        sources_[role.matteSource] = std::move(layers);
     }
-    return matted(masked(index), sources_[*source], *matteOf(layers_[index]));
+    return matted(masked(index), sources_[role.matteSource], *role.matte);
 }
 
 // A target with a single paint would vanish, an inverted matte vanishes outside its source's time, and the
@@ -273,7 +274,7 @@ void Composition::write(List& list, const Json& layer) {
 std::string Composition::withParents(List list) const {
     for (std::size_t i = 0; i < list.missing.size(); ++i) {
         const std::size_t index = list.missing[i];
-        Json holder = placed(index, null, false);
+        Json holder = placed(index, layers_.json(index), null, false);
         holder["ind"] = index;
         write(list, holder);
     }

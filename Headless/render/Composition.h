@@ -3,12 +3,14 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "model/Document.h"
 #include "render/Masks.h"
 #include "render/Property.h"
 #include "render/Shapes.h"
@@ -21,12 +23,13 @@ class Library {
  public:
     explicit Library(double framesPerSecond) : framesPerSecond_(framesPerSecond) {}
 
-    void rename(const Json& asset);
-    std::optional<std::string> nameOf(const Json& reference) const;
+    void rename(const std::string& id);
+    std::optional<std::string> nameOf(const std::string& id) const;
     void put(const Json& asset) { append(asset.dump()); }
     void put(const std::string& name, const std::string& layers);
     std::string add(const std::string& layers);  // returns its name
-    std::string take() { return std::move(assets_); }
+    // All assets, between two texts.
+    std::string take(const std::string& head, const std::string& tail);
 
     // Of a remapped time in seconds. The renderer reads times only up to the end of the document.
     double stepAt(double seconds);
@@ -45,7 +48,7 @@ class Library {
 class Composition {
  public:
     // All three are borrowed.
-    Composition(const Json& layers, const Clock& clock, Library& library);
+    Composition(const model::LayerList& layers, const Clock& clock, Library& library);
 
     // The list of layers, as text.
     std::string drawn();
@@ -58,12 +61,18 @@ class Composition {
         std::vector<std::size_t> missing;  // of these: those that are not in the list yet
     };
 
-    std::optional<std::size_t> parentOf(std::size_t index) const;
-    std::optional<std::size_t> matteSourceOf(std::size_t index) const;
-    bool standsForItself(std::size_t index) const;
+    // What a layer is to the others, these by their places in the list.
+    struct Role {
+        std::int32_t parent = none;
+        std::int32_t matteSource = none;
+        std::optional<Matte> matte;
+        bool isDrawn = true;  // for itself
+    };
+    static constexpr std::int32_t none = -1;
 
-    Json placed(std::size_t index, int type, bool withOpacity) const;
-    Json content(std::size_t index) const;  // a null where there is nothing to draw
+    void findRoles();
+    Json placed(std::size_t index, const Json& layer, int type, bool withOpacity) const;
+    Json content(std::size_t index, const Json& layer) const;  // a null where there is nothing to draw
     Json timeRemap(const Json& layer) const;
     Layers masked(std::size_t index);
     Layers matted(std::size_t index);
@@ -74,12 +83,12 @@ class Composition {
     static void write(List& list, const Json& layer);
     std::string withParents(List list) const;
 
-    const Json& layers_;
+    const model::LayerList& layers_;
     const Clock& clock_;
     Library& library_;
-    std::map<double, std::size_t> indices_;  // by the layer's own number
-    std::map<std::size_t, Layers> sources_;
-    std::set<std::size_t> open_;  // matte sources that are being drawn: a circle ends there
+    std::vector<Role> roles_;
+    std::map<std::int32_t, Layers> sources_;
+    std::set<std::int32_t> open_;  // matte sources that are being drawn: a circle ends there
 };
 
 }  // namespace headless::render

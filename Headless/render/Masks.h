@@ -9,13 +9,14 @@
 #include <functional>
 #include <vector>
 
+#include "model/Document.h"
 #include "render/Property.h"
 
 namespace headless::render {
 
 using Layers = std::vector<Json>;  // topmost first
 
-enum class Matte { Alpha = 1, InvertedAlpha = 2, Luma = 3, InvertedLuma = 4 };
+using model::Matte;
 
 struct MaskTools {
     // The mask's path as a layer, where the masked layer stands. A null opacity is full.

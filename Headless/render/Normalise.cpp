@@ -23,23 +23,18 @@ Json imageAsset(const Json& asset, const std::string& name) {
 
 }  // namespace
 
-std::string normalise(Json document, const Scene& scene) {
-    Library library(numberOr(document, "fr", 30));
-    const Json& assets = memberOf(document, "assets");
-    for (const Json& asset : assets) library.rename(asset);
-    for (const Json& asset : assets) {
-        const std::string name = library.nameOf(memberOf(asset, "id")).value();
-        if (const Json& layers = memberOf(asset, "layers"); layers.is_array()) {
-            const Clock clock;
-            library.put(name, Composition(layers, clock, library).drawn());
-        } else {
-            library.put(imageAsset(asset, name));
-        }
+std::string normalise(const model::Document& document, const Scene& scene) {
+    Library library(document.frameRate);
+    for (const auto& [id, layers] : document.compositions) library.rename(id);
+    for (const auto& [id, image] : document.images) library.rename(id);
+    const Clock ownClock;
+    for (const auto& [id, layers] : document.compositions) {
+        const std::string name = library.nameOf(id).value();
+        library.put(name, Composition(layers, ownClock, library).drawn());
     }
+    for (const auto& [id, image] : document.images) library.put(imageAsset(image, library.nameOf(id).value()));
     const Clock clock(scene.firstFrame);
-    const Json& layers = memberOf(document, "layers");
-    library.put(sceneName, Composition(layers, clock, library).drawn());
-    document = nullptr;  // it may be large
+    library.put(sceneName, Composition(document.layers, clock, library).drawn());
 
     // The scene as a whole: from its frames to steps, its first frame to 0, clipped where the canvas is larger.
     const int frames = std::max(1, static_cast<int>(std::ceil(scene.endFrame - scene.firstFrame)));
@@ -55,10 +50,9 @@ std::string normalise(Json document, const Scene& scene) {
                     {"op", std::max<double>(frames, std::ceil(library.lastStep())) + 3},
                     {"w", scene.canvasWidth},
                     {"h", scene.canvasHeight}};
-    std::string text = root.dump();
-    text.back() = ',';
-    text += R"("assets":[)" + library.take() + R"(],"layers":[)" + use.dump() + "]}";
-    return text;
+    std::string head = root.dump();
+    head.back() = ',';
+    return library.take(head + R"("assets":[)", R"(],"layers":[)" + use.dump() + "]}");
 }
 
 }  // namespace headless::render

@@ -5,12 +5,11 @@
 
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string>
 
-namespace headless::render {
+#include "model/Document.h"
 
-using Json = nlohmann::ordered_json;
+namespace headless::render {
 
 // The part of the picture plane that is drawn, and when.
 struct Scene {
@@ -22,8 +21,8 @@ struct Scene {
     double endFrame = 0;    // one past the last
 };
 
-// `document`: a checked Lottie document whose root layers are those of the composition to show. Returns the
-// text for Renderer::prepare(); its frame 0 is scene.firstFrame. The composition is clipped to its size.
-std::string normalise(Json document, const Scene& scene);
+// Returns the text for Renderer::prepare(); its frame 0 is scene.firstFrame. The composition is clipped to its
+// size. `document` has been checked.
+std::string normalise(const model::Document& document, const Scene& scene);
 
 }  // namespace headless::render

@@ -99,8 +99,9 @@ Box CompPictures::maskedBounds(const model::Layer& layer, double fileFrame) {
                                           {"w", width},        {"h", height},
                                           {"layers", {solid}}, {"assets", model::Json::array()}};
             const render::Scene scene{width, height, width, height, first, end};
-            masks_.frames.prepare([document, scene] { return render::normalise(document, scene); },
-                                  static_cast<int>(std::ceil(end - first)));
+            masks_.frames.prepare(
+                [document, scene] { return render::normalise(model::asDocument(document), scene); },
+                static_cast<int>(std::ceil(end - first)));
             masks_.key = std::move(key);
         }
         const double frame = std::clamp(std::floor(fileFrame + roundedAway), first, std::ceil(end) - 1) - first;

@@ -11,6 +11,8 @@
 
 namespace headless::render {
 
+using Json = nlohmann::ordered_json;
+
 // `text` is a JSON object, or the members of one without its braces.
 inline Json object(const std::string& text) {
     return Json::parse(text.starts_with("{") ? text : "{" + text + "}");
@@ -50,6 +52,10 @@ inline Json composition(const std::string& id, const Jsons& layers) {
 
 inline Json document(const Jsons& layers, const Jsons& assets = {}) {
     return {{"v", "5.7.0"}, {"fr", 30}, {"ip", 0}, {"op", 100}, {"assets", assets}, {"layers", layers}};
+}
+
+inline std::string normalise(const Json& document, const Scene& scene) {
+    return normalise(model::asDocument(document), scene);
 }
 
 // One letter for each pixel: R, G, B, W by the strongest channel, small letters for
