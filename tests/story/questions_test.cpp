@@ -1,8 +1,5 @@
 // The two questions that a crop may ask: at which resolution, and what about 3D layers.
 
-#include <fstream>
-#include <iterator>
-
 #include "support/Story.h"
 
 namespace kestrin_test {
@@ -145,30 +142,6 @@ TEST_F(ThreeD, NoAndStoredAnswersAndHiddenCameras) {
     EXPECT_EQ(sizeOf("A - Kestrin PreComp"), (Size{100, 50}));
     EXPECT_EQ(sizeOf("B"), (Size{100, 50}));  // a camera that is switched off asks nothing
     expectNothingOpen();
-}
-
-TEST_F(Story, ScriptsReachTheHostAsTheyStandInTheirFiles) {
-    const auto file = [](const char* name, const std::string& value = "%s") {
-        std::ifstream in(std::string(KESTRIN_SCRIPTS) + "/" + name + ".jsx", std::ios::binary);
-        std::string text{std::istreambuf_iterator<char>(in), {}};
-        const std::size_t place = text.find("%s");
-        return place == std::string::npos ? text : text.replace(place, 2, value);
-    };
-    answers.answer("Low Resolution", "Fast");
-    answers.answer("3D Layers", "No");
-    open(kestrin_test::project("Scene", {400, 300})
-             .with(precomp("A", {400, 300}).with(solid("a", {10, 10}).threeD().shown(5, 9)))
-             .with(precomp("B", {400, 300}).with(solid("b", {10, 10}).shown(5, 9)))
-             .with(precomp("C", {400, 300}).with(solid("c", {10, 10}).shown(0, 20))));
-    for (const char* name : {"A", "B", "C"}) {
-        comp(name).downsampleX = 3;
-    }
-    select({"A", "B", "C"});
-    EXPECT_EQ(run(), 0);
-    EXPECT_EQ(session->scriptsRun(),
-              (std::vector<std::string>{file("threeDQuestion"), file("resolutionQuestion", "third"),
-                                        file("notCroppedAlert", "0,1")}));
-    EXPECT_NE(alerts().back().find("A, B"), std::string::npos);
 }
 
 }  // namespace

@@ -48,27 +48,28 @@ TEST_F(Story, OnlyActivePrecompsOfTheSelectionAreCroppedEachSourceOnce) {
              .with(precomp("Later", {400, 300}).with(solid("s", {50, 50})).shown(11, 30))
              .with(precomp("Card", {400, 300}).with(solid("Red", {100, 50}).at({150, 125})).shown(10, 11))
              .with(useOf("Card", {400, 300}).set("nm", "Again").at({30, 20}))
-             .with(precomp("Empty", {400, 300}).with(solid("s", {50, 50}).shown(0, 3))));
+             .with(precomp("Empty", {400, 300}).with(solid("s", {50, 50}).shown(0, 3)))
+             .with(precomp("Void", {400, 300})));
     moveTo(10);
-    select({"Solid", "Ended", "Later", "Card", "Again", "Empty"});
+    select({"Solid", "Ended", "Later", "Card", "Again", "Empty", "Void"});
     const Picture before = pictureOf("Scene", 10);
 
     EXPECT_EQ(run(), 0);
 
     EXPECT_EQ(sizeOf("Card"), (Size{100, 50}));
-    for (const char* name : {"Ended", "Later", "Empty"}) {
+    for (const char* name : {"Ended", "Later", "Empty", "Void"}) {
         EXPECT_EQ(sizeOf(name), (Size{400, 300})) << name;
     }
     expectSame(pictureOf("Scene", 10), before);
     ASSERT_EQ(alerts().size(), 1u);
-    EXPECT_TRUE(alerts()[0].starts_with("Some layers were not cropped:\r\n\r\nEmpty\r\n\r\nThis is"));
-    EXPECT_EQ(session->calls().counts.find("AEGP_RenderAndCheckoutFrame")->second, 2u);
+    EXPECT_TRUE(alerts()[0].starts_with("Some layers were not cropped:\r\n\r\nEmpty, Void\r\n\r\nThis is"));
+    EXPECT_EQ(session->calls().counts.find("AEGP_RenderAndCheckoutFrame")->second, 3u);
     // What was left after the filters is the selection now: of the two uses the lower one.
     std::vector<std::string> selected;
     for (const model::SelectedThing& thing : session->selectionInOrder(comp("Scene"))) {
         selected.push_back(project().nameOf(*project().layer(thing.layer)));
     }
-    EXPECT_EQ(selected, (std::vector<std::string>{"Again", "Empty"}));
+    EXPECT_EQ(selected, (std::vector<std::string>{"Again", "Empty", "Void"}));
     EXPECT_EQ(comp("Scene").currentFrame, 10);
     expectNothingOpen();
 }
