@@ -71,15 +71,14 @@ struct Renderer::Worker {
     }
 
     void send(const Request& request, std::string_view text = {}) {
-        const Time::time_point deadline = Time::now() + limits.frameTime;
-        if (unanswered++ == 0) busySince = Time::now();
-        send({reinterpret_cast<const char*>(&request), sizeof request}, deadline);
-        send(text, deadline);
+        if (unanswered++ == 0) waited = {};
+        send({reinterpret_cast<const char*>(&request), sizeof request});
+        send(text);
     }
 
     // To the oldest request without one.
     Answer::Kind answer() {
-        await(POLLIN, busySince + limits.frameTime);
+        await(POLLIN);
         Answer answer;
         ssize_t count = 0;
         do count = ::recv(socket.get(), &answer, sizeof answer, 0);
@@ -89,7 +88,7 @@ struct Renderer::Worker {
             throw RenderError("the renderer tried something that it may not do (" +
                               systemCallName(answer.systemCall) + ")");
         }
-        busySince = Time::now();
+        waited = {};
         --unanswered;
         return answer.kind;
     }
@@ -98,13 +97,13 @@ struct Renderer::Worker {
     SharedMemory memory;
     Descriptor socket;
     pid_t process = -1;
-    int unanswered = 0;  // requests
-    Time::time_point busySince;
+    int unanswered = 0;                  // requests
+    std::chrono::milliseconds waited{};  // for the oldest of them
 
  private:
-    void send(std::string_view data, Time::time_point deadline) {
+    void send(std::string_view data) {
         while (!data.empty()) {
-            await(POLLOUT, deadline);
+            await(POLLOUT);
             const ssize_t count = ::send(socket.get(), data.data(), data.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
             if (count < 0 && (errno == EINTR || errno == EAGAIN)) continue;
             if (count <= 0) return;  // it has died, and there will be no reply
@@ -112,16 +111,18 @@ struct Renderer::Worker {
         }
     }
 
-    void await(short event, Time::time_point deadline) {
-        for (;;) {
-            const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Time::now());
+    // Time in which both processes stood still, stopped at the terminal or asleep with the machine, counts for
+    // no more than one look.
+    void await(short event) {
+        constexpr std::chrono::milliseconds aLook{250};
+        while (waited < limits.frameTime) {
+            const auto most = std::min(aLook, limits.frameTime - waited);
+            const auto before = Time::now();
             pollfd watched{socket.get(), event, 0};
-            const int wait = static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, 1'000'000));
-            if (::poll(&watched, 1, wait) > 0) return;
-            if (left.count() <= 0) {
-                throw RenderError("the renderer takes longer than " + secondsText(limits.frameTime));
-            }
+            if (::poll(&watched, 1, static_cast<int>(most.count())) > 0) return;
+            waited += std::min(most, std::chrono::ceil<std::chrono::milliseconds>(Time::now() - before));
         }
+        throw RenderError("the renderer takes longer than " + secondsText(limits.frameTime));
     }
 
     [[noreturn]] void explainDeath() {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <functional>
@@ -66,6 +67,25 @@ TEST(Renderer, ALateWorkerIsReplaced) {
     EXPECT_EQ(errorAfter(renderer, heavy()), "the renderer takes longer than 0.3 s");
     EXPECT_EQ(errorOf([&] { draw(renderer, 0, 12, 2); }), "no document is prepared");
     expectDraws(renderer);
+}
+
+TEST(Renderer, TimeInWhichEverythingStandsStillIsNotHeldAgainstTheWorker) {
+    Renderer renderer({.frameTime = std::chrono::milliseconds(400)});
+    expectDraws(renderer);
+    const pid_t self = ::getpid();
+    const pid_t worker = workers().at(0);
+    ::kill(worker, SIGSTOP);
+    renderer.start({1, 12, 2, {}});
+    const pid_t waker = ::fork();
+    if (waker == 0) {
+        ::usleep(1'000'000);
+        ::kill(worker, SIGCONT);
+        ::kill(self, SIGCONT);
+        ::_exit(0);
+    }
+    ::raise(SIGSTOP);
+    EXPECT_NE(renderer.finish(), nullptr);
+    ::waitpid(waker, nullptr, 0);
 }
 
 TEST(Renderer, AWorkerThatOutgrowsItsMemoryIsReplaced) {
