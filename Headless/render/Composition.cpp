@@ -110,6 +110,7 @@ Json Composition::placed(std::size_t index, const Json& layer, int type, bool wi
     const bool deep = isSet(layer, "ddd");
     // `ddd` decides how the renderer reads `ks`, and must be there and come first.
     Json result{{"ddd", deep ? 1 : 0}, {"ty", type}, {"ip", -Clock::ever}, {"op", Clock::ever}, {"st", 0}};
+    reserve(result, 16);
     if (const std::int32_t parent = roles_[index].parent; parent != none) result["parent"] = parent;
     if (isSet(layer, "ao")) result["ao"] = 1;
     result["ks"] = rewrittenTransform(memberOf(layer, "ks"), deep ? Space::Deep : Space::Flat, clock_);

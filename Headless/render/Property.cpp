@@ -35,7 +35,8 @@ Json pointList(const Json& points) {
 Json path(const Json& value) {
     const Json& shape = value.is_array() && !value.empty() ? value.front() : value;
     if (!memberOf(shape, "v").is_array()) return nullptr;
-    Json result;
+    Json result = Json::object();
+    reserve(result, 4);
     for (const char* name : {"i", "o", "v"}) result[name] = pointList(memberOf(shape, name));
     for (Json& list : result) {
         // A vertex without tangents is a corner.
@@ -75,8 +76,11 @@ Json plainValue(const Json& value, Kind kind) {
 }
 
 // A keyframe's value always stands in an array.
-Json keyValue(const Json& value, Kind kind) {
-    return kind == Kind::Scalar || kind == Kind::Path ? Json::array({value}) : value;
+Json keyValue(Json value, Kind kind) {
+    if (kind != Kind::Scalar && kind != Kind::Path) return value;
+    Json::array_t list;
+    list.push_back(std::move(value));
+    return list;
 }
 
 Json handle(const Json& ease, double fallback) {
@@ -126,9 +130,11 @@ Json keyframes(const Json& list, Kind kind, const Clock& clock) {
     }
     Json result = Json::array();
     for (std::size_t index = 0; index < keys.size(); ++index) {
-        const Key& key = keys[index];
-        Json written{{"t", key.step}};
-        written["s"] = keyValue(key.start, kind);
+        Key& key = keys[index];
+        Json written = Json::object();
+        reserve(written, 8);
+        written["t"] = key.step;
+        written["s"] = keyValue(std::move(key.start), kind);
         // A last key with handles would lose its value; one that holds keeps it.
         if (index + 1 == keys.size() || isSet(*key.source, "h")) {
             written["e"] = written["s"];
@@ -189,6 +195,11 @@ Json rewrittenPosition(const Json& value, const Clock& clock) {
     Json result{{"s", true}};
     rewriteMembers(result, value, {{"x", Kind::Scalar}, {"y", Kind::Scalar}}, clock);
     return result;
+}
+
+void reserve(Json& object, std::size_t members) {
+    auto& list = object.get_ref<Json::object_t&>();
+    list.reserve(list.size() + members);
 }
 
 void rewriteMembers(Json& to, const Json& from, const std::vector<Member>& members, const Clock& clock) {

@@ -53,6 +53,9 @@ Json rewrittenPosition(const Json& value, const Clock& clock);
 // Appends those of the members that `from` has.
 void rewriteMembers(Json& to, const Json& from, const std::vector<Member>& members, const Clock& clock);
 
+// Makes room for so many members more: an object that grows copies all it holds.
+void reserve(Json& object, std::size_t members);
+
 // Plain values, where a wrong type counts as absent.
 double numberOr(const Json& object, const char* name, double fallback);
 bool isSet(const Json& object, const char* name);            // true, or a number that is not 0

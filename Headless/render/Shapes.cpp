@@ -104,6 +104,7 @@ Json rewrittenItems(const Json& items, const Clock& clock, int depth);
 Json rewrittenItem(const Json& item, const std::string& type, const Clock& clock, int depth) {
     // What stands before the type is not read.
     Json result{{"ty", type}};
+    reserve(result, 16);
     rewriteMembers(result, item, memberTable().at(type), clock);
     if (type == "gr") result["it"] = rewrittenItems(memberOf(item, "it"), clock, depth + 1);
     if (type == "sr") halveRotation(result);
@@ -146,6 +147,7 @@ Json rewrittenShapes(const Json& items, const Clock& clock) {
 
 Json rewrittenTransform(const Json& transform, Space space, const Clock& clock) {
     Json result = Json::object();
+    reserve(result, 8);
     rewriteMembers(result, transform, {{"a", Kind::Point}, {"s", Kind::Point}, {"o", Kind::Scalar}}, clock);
     Json position = rewrittenPosition(memberOf(transform, "p"), clock);
     if (!position.is_null()) result["p"] = std::move(position);
