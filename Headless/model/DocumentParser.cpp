@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace headless::model {
 
@@ -35,16 +36,18 @@ struct PlaceIterator {
     bool operator!=(const PlaceIterator& other) const { return at != other.at; }
 };
 
-// Builds values from the events of the JSON library.
-class DocumentParser final : public nlohmann::json_sax<Json> {
+// Builds values from the events of the JSON library. Members wait until their object or list is complete, which
+// then is made as large as it has to be: an object that grows copies all it holds.
+class Parser final : public nlohmann::json_sax<Json> {
  public:
-    DocumentParser(const std::string& text, const TakeLayer& takeLayer)
+    // Without `takeLayer`, layers are values like others.
+    Parser(std::string_view text, const TakeLayer* takeLayer)
         : text_(text), place_(text.data()), takeLayer_(takeLayer) {}
 
     Json parse() {
         Json::sax_parse(PlaceIterator{text_.data(), &place_},
                         PlaceIterator{text_.data() + text_.size(), &place_}, this);
-        return std::move(document_);
+        return std::move(values_.front());
     }
 
     bool null() override { return add(nullptr); }
@@ -56,30 +59,49 @@ class DocumentParser final : public nlohmann::json_sax<Json> {
     bool binary(binary_t&) override { return false; }  // JSON text has none
 
     bool start_object(std::size_t) override {
-        begin(Json::object());
+        if (takeLayer_ != nullptr && layerList() != notInList) {
+            layerDepth_ = levels_.size();
+            layerBegin_ = place_ - 1;
+        }
+        begin(true);
         return true;
     }
     bool start_array(std::size_t) override {
-        begin(Json::array());
+        begin(false);
         return true;
     }
     bool key(string_t& name) override {
-        refuseSecondList(name);
-        levels_.back().key = std::move(name);
+        if (takeLayer_ != nullptr) {
+            refuseSecondList(name);
+        }
+        names_.push_back(std::move(name));
         return true;
     }
     bool end_object() override {
-        levels_.pop_back();
-        if (levels_.size() == layerDepth_) {
-            layerDepth_ = noLayer;
-            takeLayer_(layerList(), layer_, {layerBegin_, static_cast<std::size_t>(place_ - layerBegin_)});
-            layer_ = nullptr;
+        const Level level = levels_.back();
+        Json::object_t object;
+        object.reserve(values_.size() - level.firstValue);
+        for (std::size_t i = 0; level.firstValue + i < values_.size(); ++i) {
+            Json& value = values_[level.firstValue + i];
+            const std::string& name = names_[level.firstName + i];
+            if (!object.emplace(name, std::move(value)).second) {
+                object[name] = std::move(value);  // the last of several counts
+            }
         }
+        end();
+        if (levels_.size() != layerDepth_) {
+            return add(std::move(object));
+        }
+        layerDepth_ = noLayer;
+        (*takeLayer_)(layerList(), std::move(object),
+                      {layerBegin_, static_cast<std::size_t>(place_ - layerBegin_)});
         return true;
     }
     bool end_array() override {
-        levels_.pop_back();
-        return true;
+        const auto first = values_.begin() + static_cast<std::ptrdiff_t>(levels_.back().firstValue);
+        Json::array_t array(std::make_move_iterator(first), std::make_move_iterator(values_.end()));
+        end();
+        return add(std::move(array));
     }
     bool parse_error(std::size_t, const std::string&, const Json::exception& error) override {
         std::string what = error.what();
@@ -90,9 +112,11 @@ class DocumentParser final : public nlohmann::json_sax<Json> {
     }
 
  private:
+    // An object or a list that is being read, and where its members begin.
     struct Level {
-        Json* value;
-        std::string key;  // of an object: the member that is being read
+        bool isObject = false;
+        std::size_t firstValue = 0;
+        std::size_t firstName = 0;
     };
     static constexpr std::size_t noLayer = ~std::size_t{0};
     static constexpr int notInList = -2;
@@ -100,14 +124,15 @@ class DocumentParser final : public nlohmann::json_sax<Json> {
     // The list that an element of the innermost value would be a layer of: -1 the root's, else the asset's
     // place.
     int layerList() const {
-        const auto isList = [&](std::size_t i, const char* key) {
-            return levels_[i].value->is_object() && levels_[i].key == key && levels_[i + 1].value->is_array();
+        const auto isList = [&](std::size_t i, const char* name) {
+            return levels_[i].isObject && !levels_[i + 1].isObject &&
+                   names_[levels_[i + 1].firstName - 1] == name;
         };
         if (levels_.size() == 2 && isList(0, "layers")) {
             return -1;
         }
         if (levels_.size() == 4 && isList(0, "assets") && isList(2, "layers")) {
-            return static_cast<int>(levels_[1].value->size()) - 1;
+            return static_cast<int>(levels_[2].firstValue - levels_[1].firstValue);
         }
         return notInList;
     }
@@ -115,28 +140,18 @@ class DocumentParser final : public nlohmann::json_sax<Json> {
     // Layers are handed over one by one, so that of two lists neither could be dropped later.
     void refuseSecondList(const std::string& name) const {
         const bool ofRoot = levels_.size() == 1 && (name == "layers" || name == "assets");
-        const bool ofAsset = levels_.size() == 3 && levels_[0].key == "assets" && name == "layers";
-        if ((ofRoot || ofAsset) && levels_.back().value->contains(name)) {
+        const bool ofAsset = levels_.size() == 3 && levels_[0].isObject &&
+                             names_[levels_[1].firstName - 1] == "assets" && name == "layers";
+        const auto first = names_.begin() + static_cast<std::ptrdiff_t>(levels_.back().firstName);
+        if ((ofRoot || ofAsset) && std::find(first, names_.end(), name) != names_.end()) {
             throw ProjectError("line " + std::to_string(line()) + ": a second list of " + name);
         }
     }
 
     std::ptrdiff_t line() const { return 1 + std::count(text_.data(), place_, '\n'); }
 
-    Json& place(Json value) {
-        if (levels_.empty()) {
-            return document_ = std::move(value);
-        }
-        Level& parent = levels_.back();
-        if (parent.value->is_object()) {
-            return (*parent.value)[parent.key] = std::move(value);
-        }
-        parent.value->push_back(std::move(value));
-        return parent.value->back();
-    }
-
     bool add(Json value) {
-        place(std::move(value));
+        values_.push_back(std::move(value));
         return true;
     }
 
@@ -149,34 +164,37 @@ class DocumentParser final : public nlohmann::json_sax<Json> {
         return add(value);
     }
 
-    void begin(Json value) {
+    void begin(bool isObject) {
         if (levels_.size() >= deepestJson) {
             throw ProjectError("the file is nested more than " + std::to_string(deepestJson) + " levels deep");
         }
-        if (value.is_object() && layerList() != notInList) {
-            layerDepth_ = levels_.size();
-            layerBegin_ = place_ - 1;
-            layer_ = std::move(value);
-            levels_.push_back({&layer_, {}});
-        } else {
-            levels_.push_back({&place(std::move(value)), {}});
-        }
+        levels_.push_back({isObject, values_.size(), names_.size()});
     }
 
-    const std::string& text_;
+    void end() {
+        values_.resize(levels_.back().firstValue);
+        names_.resize(levels_.back().firstName);
+        levels_.pop_back();
+    }
+
+    std::string_view text_;
     const char* place_;
-    const TakeLayer& takeLayer_;
-    Json document_;
+    const TakeLayer* takeLayer_;
     std::vector<Level> levels_;
-    Json layer_;  // that is being read
+    std::vector<Json> values_;        // of all levels
+    std::vector<std::string> names_;  // of those that stand in objects
     const char* layerBegin_ = nullptr;
-    std::size_t layerDepth_ = noLayer;
+    std::size_t layerDepth_ = noLayer;  // of the layer that is being read
 };
 
 }  // namespace
 
 Json parseDocument(const std::string& text, const TakeLayer& takeLayer) {
-    return DocumentParser(text, takeLayer).parse();
+    return Parser(text, &takeLayer).parse();
+}
+
+Json parseValue(std::string_view text) {
+    return Parser(text, nullptr).parse();
 }
 
 }  // namespace headless::model

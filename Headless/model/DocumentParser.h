@@ -17,4 +17,7 @@ using TakeLayer = std::function<void(int asset, const Json& layer, std::string_v
 // Throws ProjectError on what is no JSON, too deep, or holds numbers that no animation has.
 Json parseDocument(const std::string& text, const TakeLayer& takeLayer);
 
+// A part of a document that has been parsed before.
+Json parseValue(std::string_view text);
+
 }  // namespace headless::model

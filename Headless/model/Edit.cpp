@@ -4,6 +4,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "model/DocumentParser.h"
 #include "model/Transform.h"
 
 namespace headless::model {
@@ -309,7 +310,7 @@ void moveLayer(Project& project, Layer& layer, std::size_t newIndex) {
 
 void deleteLayer(Project& project, Layer& layer) {
     Comp& comp = *layer.comp;
-    const std::vector<Layer*> children = layer.children;
+    RareList<Layer*> children = layer.children;
     if (!children.empty()) {
         const Transform transform = localTransform(layer, currentFrame(comp));
         for (auto child = children.rbegin(); child != children.rend(); ++child) {
@@ -374,9 +375,11 @@ Comp& duplicateComp(Project& project, Comp& comp) {
     Comp& copy = *item.comp;
     copy.item = &item;
     copy.assetId = project.newAssetId(comp.assetId.empty() ? "main" : comp.assetId);
-    copy.shell = comp.assetId.empty() ? Json{{"id", ""}, {"nm", ""}, {"layers", Json::array()}} : comp.shell;
-    copy.shell["id"] = copy.assetId;
-    copy.shell["nm"] = item.name;
+    Json shell =
+        comp.assetId.empty() ? Json{{"id", ""}, {"nm", ""}, {"layers", Json::array()}} : parseValue(comp.shell);
+    shell["id"] = copy.assetId;
+    shell["nm"] = item.name;
+    copy.shell = shell.dump();
     copy.nameGiven = true;
     copy.frameRate = comp.frameRate;
     copy.firstFrame = comp.firstFrame;
@@ -409,9 +412,9 @@ Comp& duplicateComp(Project& project, Comp& comp) {
 
 void deleteMask(Project& project, Layer& layer, std::size_t index) {
     auto masks = layer.masks;
-    masks.erase(masks.begin() + static_cast<std::ptrdiff_t>(index));
+    masks.erase(masks.begin() + index);
     setLayerField(
-        project, layer, [](Layer& l) -> std::vector<std::shared_ptr<Mask>>& { return l.masks; }, masks);
+        project, layer, [](Layer& l) -> MaskList& { return l.masks; }, masks);
 }
 
 }  // namespace headless::model

@@ -55,16 +55,19 @@ template <class Get, class Value>
 void setLayerKey(Project& project, Layer& layer, Get get, std::size_t index, Value value) {
     layer.touched = true;
     auto& keys = get(layer).keys;
-    project.history.record(
-        [&layer, get, index, old = keys[index].value, oldEnd = index > 0 ? keys[index - 1].end : std::nullopt] {
-            auto& stream = get(layer);
-            stream.keys[index].value = old;
-            if (index > 0) {
-                stream.keys[index - 1].end = oldEnd;
-            }
-        },
-        [&layer, get, index, value] { get(layer).setKey(index, value); });
+    auto old = keys[index].value;
+    decltype(keys[index].end) oldEnd;
+    if (index > 0) {
+        oldEnd = keys[index - 1].end;
+    }
     get(layer).setKey(index, value);
+    project.history.record([&layer, get, index, old = std::move(old), oldEnd = std::move(oldEnd)]() mutable {
+        auto& changed = get(layer).keys;
+        std::swap(changed[index].value, old);
+        if (index > 0) {
+            std::swap(changed[index - 1].end, oldEnd);
+        }
+    });
 }
 
 }  // namespace headless::model

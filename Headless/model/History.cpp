@@ -28,9 +28,8 @@ bool History::end() {
     return true;
 }
 
-void History::record(std::function<void()> undo, std::function<void()> redo) {
+void History::add(std::unique_ptr<Change> change) {
     ++revision_;
-    Change change{std::move(undo), std::move(redo)};
     if (depth_ > 0) {
         open_.changes.push_back(std::move(change));
     } else {
@@ -55,8 +54,8 @@ bool History::redo() {
         return false;
     }
     ++revision_;
-    for (Change& change : undone_.back().changes) {
-        (change.redo ? change.redo : change.undo)();
+    for (const auto& change : undone_.back().changes) {
+        change->redo();
     }
     done_.push_back(std::move(undone_.back()));
     undone_.pop_back();
@@ -76,7 +75,7 @@ void History::rollBackTo(std::size_t count) {
 void History::takeBack(Step& step) {
     ++revision_;
     for (auto change = step.changes.rbegin(); change != step.changes.rend(); ++change) {
-        change->undo();
+        (*change)->undo();
     }
 }
 

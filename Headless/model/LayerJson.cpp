@@ -102,7 +102,7 @@ Ease readEase(const Json& key, std::size_t axis) {
 // Reads the keyframes of `property` into `keys`: their times and kinds here, values by `readValue`, the rest
 // by `readRest`.
 template <class Key, class ReadValue, class ReadRest>
-void readKeys(const Json& property, const std::string& path, std::vector<Key>& keys, ReadValue&& readValue,
+void readKeys(const Json& property, const std::string& path, RareList<Key>& keys, ReadValue&& readValue,
               ReadRest&& readRest) {
     const Json& list = property["k"];
     keys.reserve(list.size());
@@ -186,9 +186,7 @@ void readPoint(const Json& transform, const char* name, const std::string& paren
                 if (const Json* tangent = memberOf(json, "ti"); tangent != nullptr && !tangent->is_null()) {
                     key.inTangent = readVector(*tangent, at + ".ti");
                 }
-                for (std::size_t axis = 0; axis < key.ease.size(); ++axis) {
-                    key.ease[axis] = readEase(json, axis);
-                }
+                key.ease = {readEase(json, 0), readEase(json, 1), readEase(json, 2)};
             });
         sample = memberOf(k->front(), "s");
     } else {
@@ -274,8 +272,8 @@ void patchTiming(Json& json, const KeyTiming& key) {
 }
 
 template <class Key, class PatchValue, class PatchRest>
-void patchKeys(Json& property, const std::vector<Key>& keys, const std::vector<Key>& asRead,
-               PatchValue&& patchValue, PatchRest&& patchRest) {
+void patchKeys(Json& property, const RareList<Key>& keys, const RareList<Key>& asRead, PatchValue&& patchValue,
+               PatchRest&& patchRest) {
     for (std::size_t i = 0; i < keys.size() && i < property["k"].size(); ++i) {
         if (keys[i] == asRead[i]) {
             continue;
@@ -330,12 +328,12 @@ void patchPoint(Json& transform, const char* name, const PointStream& stream, co
     }
 }
 
-void patchMasks(Json& json, const std::vector<std::shared_ptr<Mask>>& masks,
-                const std::vector<std::shared_ptr<Mask>>& asRead) {
+// One at a time, since there may be many.
+void patchMasks(Json& json, const MaskList& masks) {
     Json kept = Json::array();
     for (const auto& mask : masks) {
         Json item = std::move(json["masksProperties"][mask->fileIndex]);
-        const PathStream& before = asRead[mask->fileIndex]->path;
+        const PathStream before = readMask(item, "mask", mask->fileIndex)->path;
         if (mask->path.keys.empty()) {
             if (!(mask->path == before)) {
                 patchPath(item["pt"]["k"], mask->path.value);
@@ -353,9 +351,10 @@ void patchMasks(Json& json, const std::vector<std::shared_ptr<Mask>>& masks,
     }
 }
 
-bool sameMasks(const std::vector<std::shared_ptr<Mask>>& a, const std::vector<std::shared_ptr<Mask>>& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](const auto& x, const auto& y) { return *x == *y; });
+const Json& maskListOf(const Json& json) {
+    static const Json none = Json::array();
+    const Json* list = memberOf(json, "masksProperties");
+    return list != nullptr && list->is_array() ? *list : none;
 }
 
 }  // namespace
@@ -408,8 +407,7 @@ std::optional<int> wholeIndex(double number) {
                                             : std::nullopt;
 }
 
-void readLayer(const Json& json, const std::string& path, LayerData& layer,
-               std::vector<std::shared_ptr<Mask>>& masks, std::optional<int>& parent) {
+void readLayer(const Json& json, const std::string& path, LayerData& layer, std::optional<int>& parent) {
     const auto whole = [&](const char* key) -> std::optional<int> {
         const Json* value = memberOf(json, key);
         if (value == nullptr || value->is_null()) {
@@ -459,15 +457,27 @@ void readLayer(const Json& json, const std::string& path, LayerData& layer,
     if (const Json* remap = memberOf(json, "tm"); remap != nullptr && remap->is_object()) {
         layer.timeRemap = readScalar(*remap, path + ".tm");
     }
-    if (const Json* list = memberOf(json, "masksProperties"); list != nullptr && list->is_array()) {
-        for (std::size_t i = 0; i < list->size(); ++i) {
-            masks.push_back(readMask((*list)[i], path + ".masksProperties[" + std::to_string(i) + "]", i));
-        }
-    }
 }
 
-void patchLayer(Json& json, const Layer& layer, const LayerData& asRead,
-                const std::vector<std::shared_ptr<Mask>>& masksAsRead, std::optional<int> parentAsRead) {
+MaskList readMasks(const Json& json, const std::string& path) {
+    MaskList masks;
+    const Json& list = maskListOf(json);
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        masks.push_back(readMask(list[i], path + ".masksProperties[" + std::to_string(i) + "]", i));
+    }
+    return masks;
+}
+
+bool sameMasks(const Json& json, const MaskList& masks) {
+    const Json& list = maskListOf(json);
+    std::size_t i = 0;
+    return list.size() == masks.size() && std::all_of(masks.begin(), masks.end(), [&](const auto& mask) {
+               const std::size_t at = i++;
+               return *mask == *readMask(list[at], "mask", at);
+           });
+}
+
+void patchLayer(Json& json, const Layer& layer, const LayerData& asRead, std::optional<int> parentAsRead) {
     if (layer.useSize != asRead.useSize) {
         json["w"] = layer.useSize.width;
         json["h"] = layer.useSize.height;
@@ -486,8 +496,8 @@ void patchLayer(Json& json, const Layer& layer, const LayerData& asRead,
     if (transform.is_null()) {
         json.erase("ks");
     }
-    if (!sameMasks(layer.masks, masksAsRead)) {
-        patchMasks(json, layer.masks, masksAsRead);
+    if (!sameMasks(json, layer.masks)) {
+        patchMasks(json, layer.masks);
     }
     const std::optional<int> parent = layer.parent != nullptr ? layer.parent->index : std::nullopt;
     if (parent != parentAsRead) {

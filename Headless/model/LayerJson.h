@@ -6,10 +6,16 @@
 
 namespace headless::model {
 
-// Sets in `json` whatever `layer` (with `masks` and its parent's index) says otherwise than `asRead` does.
-// Members that did not change keep their form.
-void patchLayer(Json& json, const Layer& layer, const LayerData& asRead,
-                const std::vector<std::shared_ptr<Mask>>& masksAsRead, std::optional<int> parentAsRead);
+// Reads the fields of one layer object. Both throw ProjectError with the place below `path`.
+void readLayer(const Json& json, const std::string& path, LayerData& layer, std::optional<int>& parent);
+MaskList readMasks(const Json& json, const std::string& path);
+
+// Whether `json` says of the masks what they say.
+bool sameMasks(const Json& json, const MaskList& masks);
+
+// Sets in `json` whatever `layer` (with its masks and its parent's index) says otherwise than `json`, whose
+// fields are `asRead`. Members that did not change keep their form.
+void patchLayer(Json& json, const Layer& layer, const LayerData& asRead, std::optional<int> parentAsRead);
 
 // A whole number is written without a fraction. Throws ProjectError where it could not be read again.
 Json jsonNumber(double value);

@@ -66,8 +66,8 @@ void Project::setAlive(LayerId id, Layer* layer) {
 
 std::string Project::newAssetId(const std::string& wish) const {
     std::set<std::string> taken;
-    for (const Json& asset : assets_) {
-        taken.insert(assetIdOf(asset));
+    for (const Asset& asset : assets_) {
+        taken.insert(assetIdOf(asset.json));
     }
     for (const ItemPtr& item : items) {
         if (item->comp) {

@@ -75,8 +75,8 @@ struct LayerData {
     Size useSize;  // precomps and solids: as the layer states it
     PointStream anchor, position;
     PointStream scale{.value = {100, 100, 100}, .keys = {}, .axes = {}, .dimensions = 3};
-    ScalarStream rotation;                  // degrees
-    std::optional<ScalarStream> timeRemap;  // seconds of the source
+    ScalarStream rotation;         // degrees
+    Rare<ScalarStream> timeRemap;  // seconds of the source
 
     bool operator==(const LayerData&) const = default;
 };
@@ -91,14 +91,16 @@ struct Mask {
     bool operator==(const Mask&) const = default;
 };
 
+using MaskList = RareList<std::shared_ptr<Mask>>;
+
 struct Layer : LayerData {
     LayerId id = 0;
     mutable std::uint32_t lastPlace = 0;  // in the stack, when it was last asked for
     Comp* comp = nullptr;                 // while it is in one
     Item* source = nullptr;
     Layer* parent = nullptr;
-    std::vector<Layer*> children;
-    std::vector<std::shared_ptr<Mask>> masks;
+    RareList<Layer*> children;
+    MaskList masks;
 
     std::string_view text;           // in the file; empty for a layer that came later
     std::optional<int> matteSource;  // as in LayerRole, and never changed
@@ -130,13 +132,12 @@ struct SelectedThing {
 struct Comp {
     Item* item = nullptr;
     std::string assetId;  // empty for the root
-    Json shell;           // its members without the layers, whose place is kept
+    std::string shell;    // JSON: its members without the layers, whose place is kept
     double frameRate = 0;
     double firstFrame = 0, endFrame = 0;  // the range that is shown, in frames of the root's rate
-    std::deque<LayerPtr> layers;          // topmost first
-    std::string nameInText;
-    bool nameGiven = false;  // the name was set by the host and is to be written
+    std::vector<LayerPtr> layers;         // topmost first
     std::size_t layersInText = 0;
+    bool nameGiven = false;  // the name was set by the host and is to be written
 
     // Session state.
     PixelAspect pixelAspect;
@@ -213,7 +214,12 @@ class Project {
 
  private:
     friend class Reader;
-    bool isAsText(const Layer& layer) const;
+    // Of the file, in order.
+    struct Asset {
+        ItemId comp = 0;  // a composition's item, else:
+        Json json;
+    };
+
     LayerList listOf(const Comp& comp) const;
     void writeLayers(const Comp& comp, std::string& out) const;
     void writeComp(const Comp& comp, std::string& out) const;
@@ -225,9 +231,11 @@ class Project {
     std::optional<std::filesystem::path> imageFolder_;
     std::shared_ptr<const PictureStore> pictures_;
     std::string text_;
-    std::vector<Json> assets_;             // of the file, in order: shells of compositions and whole others
+    Size sizeInText_;  // of the root
+    std::vector<Asset> assets_;
     std::vector<Layer*> layers_{nullptr};  // by id, from 1; null where a layer is gone
     ItemId nextItemId_ = 1;
+    ItemId firstIdBeyondText_ = 1;
     std::size_t itemsInText_ = 0;
 };
 
@@ -238,9 +246,5 @@ std::string outerPictureOf(const Json& asset);
 
 // What a file holds. Throws ProjectError.
 std::string bytesOf(const std::filesystem::path& file);
-
-// Reads the fields of one layer object. Throws ProjectError with the place below `path`.
-void readLayer(const Json& json, const std::string& path, LayerData& layer,
-               std::vector<std::shared_ptr<Mask>>& masks, std::optional<int>& parent);
 
 }  // namespace headless::model

@@ -112,7 +112,7 @@ class Reader {
     // A layers array: of the root, or of the asset with this place in the file.
     struct LayerList {
         int asset = -1;
-        std::deque<LayerPtr> layers;
+        std::vector<LayerPtr> layers;
         std::vector<std::optional<int>> parents;
     };
 
@@ -132,7 +132,9 @@ class Reader {
         LayerList& list = lists_.back();
         auto layer = std::make_shared<Layer>();
         std::optional<int> parent;
-        readLayer(json, pathOf(list, list.layers.size()), *layer, layer->masks, parent);
+        const std::string path = pathOf(list, list.layers.size());
+        readLayer(json, path, *layer, parent);
+        layer->masks = readMasks(json, path);
         layer->text = text;
         const LayerRole role = readRole(json);
         layer->matte = role.matte;
@@ -147,7 +149,7 @@ class Reader {
         return list.asset < 0 ? layer : "assets[" + std::to_string(list.asset) + "]." + layer;
     }
 
-    Comp& addComp(Json shell, const std::string& assetId) {
+    Comp& addComp(const Json& shell, const std::string& assetId) {
         auto item = std::make_shared<Item>();
         item->id = project_.newItemId();
         item->kind = Item::Kind::Comp;
@@ -155,31 +157,28 @@ class Reader {
         Comp& comp = *item->comp;
         comp.item = item.get();
         comp.assetId = assetId;
-        comp.shell = std::move(shell);
+        comp.shell = shell.dump();
+        item->name = textAt(shell, "nm");
         project_.items.push_back(std::move(item));
         return comp;
     }
 
     void readRoot() {
-        Json assets;
         if (const auto found = shell_.find("assets"); found != shell_.end()) {
-            assets = std::move(*found);
-            *found = Json::array();
+            assets_ = std::exchange(*found, Json::array());
         }
-        if (!assets.is_null() && !assets.is_array()) {
+        if (!assets_.is_null() && !assets_.is_array()) {
             fail("assets", "a list is needed here");
-        }
-        for (Json& asset : assets) {
-            project_.assets_.push_back(std::move(asset));
         }
         if (!shell_["layers"].empty()) {
             fail("layers[" + std::to_string(shell_["layers"].size() - 1) + "]", "a layer must be an object");
         }
-        Comp& root = addComp(std::move(shell_), "");
-        root.item->size = {wholeSize(root.shell, "w", ""), wholeSize(root.shell, "h", "")};
-        root.frameRate = frameRateAt(root.shell, "fr", "");
-        root.firstFrame = requiredNumber(root.shell, "ip", "");
-        root.endFrame = requiredNumber(root.shell, "op", "");
+        Comp& root = addComp(shell_, "");
+        project_.sizeInText_ = root.item->size = {wholeSize(shell_, "w", ""), wholeSize(shell_, "h", "")};
+        root.frameRate = frameRateAt(shell_, "fr", "");
+        root.firstFrame = requiredNumber(shell_, "ip", "");
+        root.endFrame = requiredNumber(shell_, "op", "");
+        shell_ = nullptr;
         if (!(std::abs(root.firstFrame) <= largestFrame && std::abs(root.endFrame) <= largestFrame)) {
             fail("op", "times go up to frame " + std::to_string(static_cast<int>(largestFrame)));
         }
@@ -189,8 +188,10 @@ class Reader {
     }
 
     void readAssets() {
-        for (std::size_t i = 0; i < project_.assets_.size(); ++i) {
-            Json& asset = project_.assets_[i];
+        project_.assets_.resize(assets_.size());
+        compOfPlace_.resize(assets_.size());
+        for (std::size_t i = 0; i < assets_.size(); ++i) {
+            Json asset = std::exchange(assets_[i], nullptr);
             const std::string path = "assets[" + std::to_string(i) + "]";
             if (!asset.is_object()) {
                 fail(path, "an asset must be an object");
@@ -199,8 +200,9 @@ class Reader {
             if (id.empty() && asset.contains("layers")) {
                 fail(path, "the composition has no id, so that nothing can show it; give it one or remove it");
             }
-            if (id.empty()) {
-                continue;  // fonts and the like may stand here without an id; nothing can refer to them
+            if (id.empty()) {  // fonts and the like may stand here without an id; nothing can refer to them
+                project_.assets_[i].json = std::move(asset);
+                continue;
             }
             Item* item = nullptr;
             if (asset.contains("layers")) {
@@ -211,6 +213,8 @@ class Reader {
                 comp.frameRate =
                     asset.contains("fr") ? frameRateAt(asset, "fr", path) : project_.root().frameRate;
                 item = comp.item;
+                compOfPlace_[i] = &comp;
+                project_.assets_[i].comp = item->id;
             } else {
                 auto image = std::make_shared<Item>();
                 image->id = project_.newItemId();
@@ -220,11 +224,11 @@ class Reader {
                 checkImage(asset, path);
                 item = image.get();
                 project_.items.push_back(std::move(image));
+                project_.assets_[i].json = std::move(asset);
             }
             if (!assetItems_.emplace(id, item).second) {
                 fail(path + ".id", "a second asset with the id \"" + id + "\"");
             }
-            assetOfPlace_[static_cast<int>(i)] = item;
         }
     }
 
@@ -266,11 +270,7 @@ class Reader {
 
     void linkLayers() {
         for (LayerList& list : lists_) {
-            Item* item = list.asset < 0 ? project_.items.front().get() : assetOfPlace_[list.asset];
-            if (item == nullptr) {
-                continue;  // layers of an asset without an id: nothing shows them
-            }
-            Comp& comp = *item->comp;
+            Comp& comp = list.asset < 0 ? project_.root() : *compOfPlace_[static_cast<std::size_t>(list.asset)];
             if (comp.layersInText > 0) {
                 fail(pathOf(list, 0), "a second list of layers");
             }
@@ -300,6 +300,7 @@ class Reader {
             checkParents(list);
             comp.layersInText = list.layers.size();
             comp.layers = std::move(list.layers);
+            comp.layers.shrink_to_fit();
         }
     }
 
@@ -376,8 +377,7 @@ class Reader {
                 continue;
             }
             Comp& comp = *item->comp;
-            comp.nameInText = textAt(comp.shell, "nm");
-            std::string name = comp.nameInText;
+            std::string name = item->name;
             if (name.empty()) {
                 name = comp.assetId.empty() ? options_.name : firstUse[item.get()];
             }
@@ -408,7 +408,7 @@ class Reader {
         for (const ItemPtr& item : project_.items) {
             if (item->comp && (item->size.width == 0 || item->size.height == 0)) {
                 // Nothing uses it, or its users state no size.
-                const Json& shell = item->comp->shell;
+                const Json shell = parseValue(item->comp->shell);
                 item->size = shell.contains("w") && shell.contains("h")
                                  ? Size{wholeSize(shell, "w", item->name), wholeSize(shell, "h", item->name)}
                                  : project_.root().item->size;
@@ -539,11 +539,11 @@ class Reader {
 
     Project& project_;
     const ReadOptions& options_;
-    Json shell_;
+    Json shell_, assets_;
     std::uint64_t picturesSize_ = 0;
     std::vector<LayerList> lists_;
     std::unordered_map<std::string, Item*> assetItems_;
-    std::unordered_map<int, Item*> assetOfPlace_;
+    std::vector<Comp*> compOfPlace_;  // of those assets that are compositions
 };
 
 std::unique_ptr<Project> Project::read(std::string text, const ReadOptions& options) {
@@ -553,6 +553,7 @@ std::unique_ptr<Project> Project::read(std::string text, const ReadOptions& opti
     project->pictures_ = options.pictures;
     Reader(*project, options).read();
     project->itemsInText_ = project->items.size();
+    project->firstIdBeyondText_ = project->nextItemId_;
     return project;
 }
 

@@ -70,7 +70,7 @@ struct Span {
 };
 
 template <class Key>
-Span spanAt(const std::vector<Key>& keys, double frame) {
+Span spanAt(const RareList<Key>& keys, double frame) {
     const auto after = std::upper_bound(keys.begin(), keys.end(), frame + sameFrame,
                                         [](double f, const Key& key) { return f < key.frame; });
     if (after == keys.begin()) {
@@ -90,7 +90,7 @@ double progressOf(const KeyTiming& key, const Ease& ease, double linear) {
 
 // Gives keyframe `index` a new value. The span before it ends there, so its end value moves by as much.
 template <class Key, class Value, class Move>
-void setKeyValue(std::vector<Key>& keys, std::size_t index, const Value& newValue, Move&& move) {
+void setKeyValue(RareList<Key>& keys, std::size_t index, const Value& newValue, Move&& move) {
     if (index > 0 && keys[index - 1].end) {
         auto& end = *keys[index - 1].end;
         end = end == keys[index].value ? newValue : move(end, keys[index].value, newValue);
@@ -163,7 +163,7 @@ void PointStream::setKey(std::size_t index, const Vec3& newValue) {
 
 void PointStream::scale(const Vec3& factor) {
     const auto apply = [&](Vec3& point) { point = point * factor; };
-    const auto applyTo = [&](std::optional<Vec3>& point) {
+    const auto applyTo = [&](Rare<Vec3>& point) {
         if (point) {
             apply(*point);
         }

@@ -10,6 +10,8 @@
 #include <optional>
 #include <vector>
 
+#include "model/Rare.h"
+
 namespace headless::model {
 
 struct Vec3 {
@@ -42,6 +44,23 @@ double easedProgress(const Ease& ease, double x);
 // How a keyframe's sides are interpolated. Changing the kind leaves eases and tangents stored.
 enum class Interpolation : std::uint8_t { Linear = 1, Bezier = 2, Hold = 3 };
 
+// Of a keyframe, an axis each: one for all as a rule.
+class AxisEases {
+ public:
+    AxisEases() = default;
+    AxisEases(const Ease& x, const Ease& y, const Ease& z) : x_(x) {
+        if (y != x || z != x) {
+            others_ = std::array{y, z};
+        }
+    }
+    const Ease& operator[](std::size_t axis) const { return axis == 0 || !others_ ? x_ : (*others_)[axis - 1]; }
+    bool operator==(const AxisEases&) const = default;
+
+ private:
+    Ease x_;
+    Rare<std::array<Ease, 2>> others_;
+};
+
 struct KeyTiming {
     double frame = 0;
     Interpolation in = Interpolation::Linear;
@@ -51,9 +70,9 @@ struct KeyTiming {
 
 struct PointKey : KeyTiming {
     Vec3 value;
-    std::optional<Vec3> end;                    // older files: value at the end of the span
-    std::optional<Vec3> outTangent, inTangent;  // of the span's path, relative to its ends
-    std::array<Ease, 3> ease;                   // an axis each; a path uses the first
+    Rare<Vec3> end;                    // older files: value at the end of the span
+    Rare<Vec3> outTangent, inTangent;  // of the span's path, relative to its ends
+    AxisEases ease;                    // a path uses the first
     bool operator==(const PointKey&) const = default;
 };
 
@@ -66,7 +85,7 @@ struct ScalarKey : KeyTiming {
 
 struct ScalarStream {
     double value = 0;  // when there are no keyframes
-    std::vector<ScalarKey> keys;
+    RareList<ScalarKey> keys;
 
     double at(double frame) const;
     void add(double offset);
@@ -75,9 +94,9 @@ struct ScalarStream {
 
 struct PointStream {
     Vec3 value;  // when there are no keyframes
-    std::vector<PointKey> keys;
-    std::vector<ScalarStream> axes;  // separated dimensions: two or three streams, and nothing else counts
-    std::uint8_t dimensions = 2;     // numbers that the file has for a value
+    RareList<PointKey> keys;
+    RareList<ScalarStream> axes;  // separated dimensions: two or three streams, and nothing else counts
+    std::uint8_t dimensions = 2;  // numbers that the file has for a value
 
     bool separated() const { return !axes.empty(); }
     Vec3 at(double frame) const;
@@ -104,14 +123,14 @@ struct MaskPath {
 
 struct PathKey : KeyTiming {
     MaskPath value;
-    std::optional<MaskPath> end;
+    Rare<MaskPath> end;
     Ease ease;
     bool operator==(const PathKey&) const = default;
 };
 
 struct PathStream {
     MaskPath value;  // when there are no keyframes
-    std::vector<PathKey> keys;
+    RareList<PathKey> keys;
 
     MaskPath at(double frame) const;
     void setKey(std::size_t index, const MaskPath& newValue);

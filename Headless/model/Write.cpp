@@ -6,6 +6,7 @@
 #include <unordered_set>
 
 #include "model/Base64.h"
+#include "model/DocumentParser.h"
 #include "model/LayerJson.h"
 
 namespace headless::model {
@@ -14,13 +15,12 @@ namespace {
 
 struct LayerAsRead {
     LayerData data;
-    std::vector<std::shared_ptr<Mask>> masks;
     std::optional<int> parent;
 };
 
 LayerAsRead readBack(const Json& json) {
     LayerAsRead result;
-    readLayer(json, "layer", result.data, result.masks, result.parent);
+    readLayer(json, "layer", result.data, result.parent);
     return result;
 }
 
@@ -50,29 +50,47 @@ Json newLayerJson(const Layer& layer) {
     return json;
 }
 
+Json objectOf(const Layer& layer) {
+    return layer.text.empty() ? newLayerJson(layer) : parseValue(layer.text);
+}
+
+// Whether the layer still says what its object in the file says.
+bool isSame(const Layer& layer, const Json& json, const LayerAsRead& before) {
+    const bool sameParent = layer.parent != nullptr ? before.parent == layer.parent->index : !before.parent;
+    return before.data == layer && sameParent && sameMasks(json, layer.masks);
+}
+
+bool isAsText(const Layer& layer) {
+    if (!layer.touched || layer.text.empty()) {
+        return !layer.touched;
+    }
+    const Json json = parseValue(layer.text);
+    return isSame(layer, json, readBack(json));
+}
+
+// As the file has it where nothing differs. A large layer takes many times its text as an object, which is made
+// once and gone before the text is copied.
+std::string textOf(const Layer& layer) {
+    Json json = objectOf(layer);
+    {
+        const LayerAsRead before = readBack(json);
+        if (!layer.text.empty() && isSame(layer, json, before)) {
+            return std::string(layer.text);
+        }
+        patchLayer(json, layer, before.data, before.parent);
+    }
+    return json.dump();
+}
+
 }  // namespace
 
 Json Project::layerJson(const Layer& layer) const {
-    Json json = layer.text.empty() ? newLayerJson(layer) : Json::parse(layer.text);
+    Json json = objectOf(layer);
     if (layer.touched) {
         const LayerAsRead before = readBack(json);
-        patchLayer(json, layer, before.data, before.masks, before.parent);
+        patchLayer(json, layer, before.data, before.parent);
     }
     return json;
-}
-
-bool Project::isAsText(const Layer& layer) const {
-    if (!layer.touched) {
-        return true;
-    }
-    if (layer.text.empty()) {
-        return false;
-    }
-    const LayerAsRead before = readBack(Json::parse(layer.text));
-    const bool sameParent = layer.parent != nullptr ? before.parent == layer.parent->index : !before.parent;
-    return before.data == layer && sameParent &&
-           std::equal(before.masks.begin(), before.masks.end(), layer.masks.begin(), layer.masks.end(),
-                      [](const auto& a, const auto& b) { return *a == *b; });
 }
 
 bool Project::differsFromText() const {
@@ -80,8 +98,7 @@ bool Project::differsFromText() const {
         return true;
     }
     const auto& root = this->root();
-    if (Size{static_cast<int>(root.shell["w"].get<double>() + 0.5),
-             static_cast<int>(root.shell["h"].get<double>() + 0.5)} != root.item->size) {
+    if (root.item->size != sizeInText_) {
         return true;
     }
     for (const ItemPtr& item : items) {
@@ -89,7 +106,8 @@ bool Project::differsFromText() const {
             continue;
         }
         const Comp& comp = *item->comp;
-        if (comp.layers.size() != comp.layersInText || (comp.nameGiven && item->name != comp.nameInText)) {
+        if (comp.layers.size() != comp.layersInText ||
+            (comp.nameGiven && item->name != textAt(parseValue(comp.shell), "nm"))) {
             return true;
         }
         const char* place = nullptr;
@@ -110,10 +128,10 @@ void Project::writeLayers(const Comp& comp, std::string& out) const {
     for (const LayerPtr& layer : comp.layers) {
         out += separator;
         separator = ",";
-        if (isAsText(*layer)) {
-            out += layer->text;
+        if (layer->touched) {
+            out += textOf(*layer);
         } else {
-            out += layerJson(*layer).dump();
+            out += layer->text;
         }
     }
     out += ']';
@@ -121,9 +139,8 @@ void Project::writeLayers(const Comp& comp, std::string& out) const {
 
 void Project::writeComp(const Comp& comp, std::string& out) const {
     const bool isRoot = comp.assetId.empty();
-    Json shell = comp.shell;
-    if (isRoot && comp.item->size != Size{static_cast<int>(shell["w"].get<double>() + 0.5),
-                                          static_cast<int>(shell["h"].get<double>() + 0.5)}) {
+    Json shell = parseValue(comp.shell);
+    if (isRoot && comp.item->size != sizeInText_) {
         shell["w"] = comp.item->size.width;
         shell["h"] = comp.item->size.height;
     }
@@ -153,12 +170,6 @@ void Project::writeComp(const Comp& comp, std::string& out) const {
 }
 
 void Project::writeAssets(std::string& out) const {
-    std::unordered_map<std::string, const Comp*> comps;
-    for (const ItemPtr& item : items) {
-        if (item->comp && !item->comp->assetId.empty()) {
-            comps.emplace(item->comp->assetId, item->comp.get());
-        }
-    }
     out += '[';
     const char* separator = "";
     const auto writeNext = [&](auto&& write) {
@@ -166,19 +177,16 @@ void Project::writeAssets(std::string& out) const {
         separator = ",";
         write();
     };
-    for (const Json& asset : assets_) {
-        if (!asset.contains("layers")) {
-            writeNext([&] { out += asset.dump(); });
-            continue;
-        }
-        if (const auto comp = comps.find(assetIdOf(asset)); comp != comps.end()) {
-            writeNext([&] { writeComp(*comp->second, out); });
-            comps.erase(comp);
+    for (const Asset& asset : assets_) {
+        if (asset.comp == 0) {
+            writeNext([&] { out += asset.json.dump(); });
+        } else if (const Item* comp = item(asset.comp)) {
+            writeNext([&] { writeComp(*comp->comp, out); });
         }
     }
-    for (const ItemPtr& item : items) {  // those that came later
-        if (item->comp && comps.contains(item->comp->assetId)) {
-            writeNext([&] { writeComp(*item->comp, out); });
+    for (const ItemPtr& added : items) {
+        if (added->comp && added->id >= firstIdBeyondText_) {
+            writeNext([&] { writeComp(*added->comp, out); });
         }
     }
     out += ']';
@@ -186,9 +194,9 @@ void Project::writeAssets(std::string& out) const {
 
 std::vector<std::string> Project::outerPictures() const {
     std::vector<std::string> pictures;
-    for (const Json& asset : assets_) {
-        const std::string picture = outerPictureOf(asset);
-        if (!picture.empty() && !assetIdOf(asset).empty()) {  // without an id nothing shows it
+    for (const Asset& asset : assets_) {
+        const std::string picture = outerPictureOf(asset.json);
+        if (!picture.empty() && !assetIdOf(asset.json).empty()) {  // without an id nothing shows it
             pictures.push_back(picture);
         }
     }
@@ -265,10 +273,10 @@ Document Project::documentOf(const Comp& comp) const {
             }
         }
     }
-    for (const Json& asset : assets_) {
-        const std::string id = assetIdOf(asset);
-        if (!asset.contains("layers") && images.contains(id)) {
-            document.images.push_back({id, withPicture(asset)});
+    for (const Asset& asset : assets_) {
+        const std::string id = assetIdOf(asset.json);
+        if (images.contains(id)) {
+            document.images.push_back({id, withPicture(asset.json)});
         }
     }
     return document;

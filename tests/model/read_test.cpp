@@ -46,7 +46,8 @@ TEST(Read, OlderKeyframesCarryTheValueAtTheirEnd) {
     const std::string layer =
         R"({"ty":0,"refId":"c","w":100,"h":80,"ip":0,"op":60,"st":0,"ks":{"a":{"a":1,"k":[)"
         R"({"t":0,"s":[10,20],"e":[30,40],"i":{"x":1,"y":1},"o":{"x":0,"y":0}},{"t":10,"s":[30,40],"e":[50,60],"h":1},{"t":20}]}}})";
-    const auto project = Project::read(animation(layer, R"({"id":"c","layers":[]})"));
+    const std::string text = animation(layer, R"({"id":"c","layers":[]})");
+    const auto project = Project::read(text);
     Layer& use = *project->root().layers[0];
     ASSERT_EQ(use.anchor.keys.size(), 3u);
     EXPECT_EQ(use.anchor.keys[2].value, (Vec3{50, 60, 0}));
@@ -59,6 +60,12 @@ TEST(Read, OlderKeyframesCarryTheValueAtTheirEnd) {
     const std::string written = project->write();
     EXPECT_NE(written.find(R"("s":[10,20],"e":[31,41])"), std::string::npos) << written;
     EXPECT_NE(written.find(R"("s":[31,41],"e":[55,65],"h":1},{"t":20})"), std::string::npos) << written;
+    while (project->history.undo()) {
+    }
+    EXPECT_EQ(project->write(), text);
+    while (project->history.redo()) {
+    }
+    EXPECT_EQ(project->write(), written);
 }
 
 TEST(Read, EasedAndCurvedValuesBetweenKeyframes) {
@@ -70,6 +77,11 @@ TEST(Read, EasedAndCurvedValuesBetweenKeyframes) {
     stream.keys[1].value = {100, 0, 0};
     EXPECT_NEAR(stream.at(10).x, 50, 1e-6);
     EXPECT_LT(stream.at(4).x, 15);  // slow at first
+    PointStream diagonal = stream;
+    diagonal.keys[1].value.y = 100;
+    diagonal.keys[0].ease = {Ease{0.5, 0, 0.5, 1}, Ease{}, Ease{}};  // an axis each
+    EXPECT_EQ(diagonal.at(4).x, stream.at(4).x);
+    EXPECT_NEAR(diagonal.at(4).y, 20, 1e-6);
     // Half of a circle's length, by the usual approximation.
     stream.keys[0].outTangent = Vec3{0, 66.67, 0};
     stream.keys[0].inTangent = Vec3{0, 66.67, 0};
@@ -97,7 +109,7 @@ TEST(Read, TheRangeOfAnAssetIsWhatItsUsesShow) {
 
 TEST(Read, NamesAndSizesComeFromTheUses) {
     const auto project = Project::read(animation(
-        R"({"ty":0,"nm":"Card","refId":7,"w":50,"h":40},{"ty":0,"refId":"7","w":60,"h":30},{"ty":0,"nm":"Card","refId":"b","w":5,"h":5})",
+        R"({"ty":0,"nm":"Twice","nm":"Card","refId":7,"w":50,"h":40},{"ty":0,"refId":"7","w":60,"h":30},{"ty":0,"nm":"Card","refId":"b","w":5,"h":5})",
         R"({"id":7,"layers":[]},{"id":"b","layers":[]},{"id":"c","nm":"Card","layers":[]})"));
     EXPECT_EQ(project->items[1]->name, "Card");
     EXPECT_EQ(project->items[2]->name, "Card 2");
@@ -135,6 +147,7 @@ TEST(Read, RefusesWhatCannotBeBorneAndNamesThePlace) {
          "layers[0].masksProperties[0].pt.k: a mask outline"},
         {R"({"layers":[],"fr":30,"ip":0,"op":1,"w":1,"h":1,"l\u0061yers":[]})",
          "line 1: a second list of layers"},
+        {animation("", R"({"id":"c","layers":[],"layers":[]})"), "a second list of layers"},
         {animation("", R"(],"assets":[)"), "a second list of assets"},
         {animation(R"({"ty":4,"ks":{"r":{"k":[{"t":5,"s":[1]},{"t":4,"s":[2]}]}}})"),
          "layers[0].ks.r.k[1].t: the keyframe comes before"},
