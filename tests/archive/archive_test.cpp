@@ -90,7 +90,8 @@ TEST(Archive, PicturesComeFromTheArchiveHoweverTheyAreStated) {
             readArchive(packed({{"a/x.json", withPicture(folder, name)}, {"images/dot.png", "\xFF\xD8 bytes"}}),
                         "x.lottie");
         const auto opened = openAnimation(archive, "");
-        EXPECT_EQ(opened->documentOf(opened->root()).images[0].asset["p"], "data:image/jpeg;base64,/9ggYnl0ZXM=");
+        EXPECT_EQ(opened->documentOf(opened->root()).images[0].asset["p"],
+                  "data:image/jpeg;base64,/9ggYnl0ZXM=");
         EXPECT_EQ(opened->write(), withPicture(folder, name));
     }
     EXPECT_THAT(
