@@ -229,12 +229,15 @@ void setCompSize(Project& project, Comp& comp, Size size) {
             if (layer->source != comp.item) {
                 continue;
             }
-            setLayerField(
-                project, *layer, [](Layer& l) -> Size& { return l.useSize; }, size);
             PointStream anchor = layer->anchor;
             anchor.scale(factor);
-            setLayerField(
-                project, *layer, [](Layer& l) -> PointStream& { return l.anchor; }, std::move(anchor));
+            layer->touched = true;
+            auto exchange = [&use = *layer, otherSize = size, otherAnchor = std::move(anchor)]() mutable {
+                std::swap(use.useSize, otherSize);
+                std::swap(use.anchor, otherAnchor);
+            };
+            exchange();
+            project.history.record(std::move(exchange));
             for (const std::shared_ptr<Mask>& mask : layer->masks) {
                 PathStream path = mask->path;
                 path.scale(factor);

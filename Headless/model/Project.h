@@ -62,9 +62,9 @@ enum class LayerType : int {
 
 // What of a layer the file and the host have in common; compared to see whether a layer has changed.
 struct LayerData {
+    std::string name;       // its own; may be empty
+    std::string reference;  // asset id of the source
     LayerType type = LayerType::Shape;
-    std::string name;          // its own; may be empty
-    std::string reference;     // asset id of the source
     std::optional<int> index;  // the file's identification inside the composition
     bool threeD = false;
     bool hidden = false;

@@ -158,6 +158,7 @@ class Reader {
         comp.item = item.get();
         comp.assetId = assetId;
         comp.shell = shell.dump();
+        comp.shell.shrink_to_fit();
         item->name = textAt(shell, "nm");
         project_.items.push_back(std::move(item));
         return comp;

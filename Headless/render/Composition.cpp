@@ -40,6 +40,9 @@ void Library::append(const std::string& asset) {
 }
 
 void Library::put(const std::string& name, const std::string& layers) {
+    // Growing step by step would take the place of a large list three times.
+    const std::size_t length = assets_.size() + name.size() + layers.size() + 32;
+    if (length > assets_.capacity()) assets_.reserve(std::max(length, 2 * assets_.capacity()));
     append(R"({"id":")" + name + R"(","layers":)");
     assets_ += layers;
     assets_ += '}';
