@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 #include "model/DocumentParser.h"
 #include "model/Transform.h"
@@ -28,10 +29,9 @@ void link(Layer& child, Layer* parent) {
 }
 
 void setLink(Project& project, Layer& child, Layer* parent) {
-    Layer* before = child.parent;
-    project.history.record([&child, before] { link(child, before); },
-                           [&child, parent] { link(child, parent); });
-    link(child, parent);
+    auto exchange = [&child, other = parent]() mutable { link(child, std::exchange(other, child.parent)); };
+    exchange();
+    project.history.record(std::move(exchange));
 }
 
 void insert(Project& project, Comp& comp, std::size_t index, const LayerPtr& layer) {

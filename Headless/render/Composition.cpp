@@ -60,7 +60,7 @@ std::string Library::take(const std::string& head, const std::string& tail) {
     text += head;
     text += assets_;
     text += tail;
-    assets_ = {};
+    std::string().swap(assets_);  // assigning would keep its memory
     return text;
 }
 

@@ -77,7 +77,7 @@ void Frames::start(Place& place, const FrameRequest& wanted) {
         place.prepared = false;
         if (text_.empty()) text_ = document_();
         place.renderer.prepare(text_);
-        if (text_.size() > largestKept) text_ = {};
+        if (text_.size() > largestKept) std::string().swap(text_);  // assigning would keep its memory
         place.prepared = true;
     }
     place.renderer.start(wanted);
