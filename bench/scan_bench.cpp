@@ -6,6 +6,7 @@
 
 #include <benchmark/benchmark.h>
 #include <emmintrin.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -26,7 +27,10 @@ namespace {
 using crop::VisibleRange;
 
 constexpr int rounds = 11;
-constexpr std::size_t ringBytes = 256u << 20;
+const std::size_t ringBytes = [] {
+    const long cache = sysconf(_SC_LEVEL3_CACHE_SIZE);
+    return std::max<std::size_t>(256u << 20, cache > 0 ? static_cast<std::size_t>(cache) * 5 / 4 : 0);
+}();
 constexpr int paddingPixels = 12;  // behind each row
 
 // ---- Frames -------------------------------------------------------------------------------------------------
