@@ -31,7 +31,9 @@ bool isVisible(const PF_PixelFloat& pixel) {
 template <class Pixel>
 constexpr A_long blockLength = 64 / sizeof(Pixel);
 
-#if defined(__GNUC__)
+#if defined(__GNUC__) && !defined(KESTRIN_PLAIN_SCAN)
+
+static_assert(std::endian::native == std::endian::little, "the lanes below have the alpha first");
 
 // What is visible in a block or several, or-ed together. Lanes that hold no alpha are garbage.
 using Seen = std::uint32_t __attribute__((vector_size(16)));
@@ -55,16 +57,15 @@ Seen seenInQuarter(const Pixel* block, int quarter) {
     return bits;
 }
 
-// Asks for the bytes a page ahead, since the processor's own prefetching ends with the page. Beyond the last
-// row that has no effect.
-inline void prefetch(const void* block) {
-    constexpr std::uintptr_t page = 4096;
-    __builtin_prefetch(reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(block) + page));
+// Asks for the bytes 4 KB behind these, where the processor's own prefetching may have ended with the page.
+// Behind the last row no harm is done.
+inline void prefetchBehind(const void* block) {
+    __builtin_prefetch(reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(block) + 4096));
 }
 
 template <class Pixel>
 Seen seenIn(const Pixel* block) {
-    prefetch(block);
+    prefetchBehind(block);
     return (seenInQuarter(block, 0) | seenInQuarter(block, 1)) |
            (seenInQuarter(block, 2) | seenInQuarter(block, 3));
 }

@@ -69,7 +69,7 @@ struct Ring {
           height(frameHeight),
           stride(static_cast<std::size_t>(width) + paddingPixels),
           frameLength(stride * static_cast<std::size_t>(height)),
-          frames(std::max<std::size_t>(1, ringBytes / (frameLength * sizeof(Pixel)))),
+          frames(ringBytes / (frameLength * sizeof(Pixel)) + 1),
           pixels(std::make_unique_for_overwrite<Pixel[]>(frames * frameLength)) {}
 
     // Colours and gaps stay visible garbage. Returns the box.

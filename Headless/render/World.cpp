@@ -47,16 +47,13 @@ FOR_NEWER_PROCESSORS_TOO void convert(const std::uint8_t* from, std::size_t coun
     for (std::size_t i = 0; i < count; ++i) to[i] = toFloat(from[i]);
 }
 
-enum class For { Reading, Writing };
-
-// Asks for the bytes a page ahead of these, since the processor's own prefetching ends with the page. Beyond
-// the last row that has no effect.
-template <For use>
-void prefetch(const std::byte* bytes, std::size_t count) {
-    constexpr std::uintptr_t page = 4096, line = 64;
-    const auto begin = reinterpret_cast<std::uintptr_t>(bytes) + page;
+// Asks for the bytes 4 KB behind these, where the processor's own prefetching may have ended with the page.
+// Where nothing lies there, no harm is done.
+void prefetchBehind(const std::byte* bytes, std::size_t count) {
+    constexpr std::uintptr_t distance = 4096, line = 64;
+    const auto begin = reinterpret_cast<std::uintptr_t>(bytes) + distance;
     for (std::uintptr_t at = begin; at < begin + count; at += line) {
-        __builtin_prefetch(reinterpret_cast<const void*>(at), use == For::Writing);
+        __builtin_prefetch(reinterpret_cast<const void*>(at));
     }
 }
 
@@ -70,8 +67,8 @@ void widen(const std::byte* from, std::size_t count, std::byte* to) {
         const std::size_t some = std::min(most, count - done);
         const std::byte* const source = from + done * sizeof *pixels;
         std::byte* const target = to + done * 4 * sizeof(Channel);
-        prefetch<For::Reading>(source, some * sizeof *pixels);
-        prefetch<For::Writing>(target, some * 4 * sizeof(Channel));
+        prefetchBehind(source, some * sizeof *pixels);
+        prefetchBehind(target, some * 4 * sizeof(Channel));
         std::memcpy(pixels, source, some * sizeof *pixels);
         reverseBytes(pixels, some);
         convert(reinterpret_cast<const std::uint8_t*>(pixels), 4 * some, channels);

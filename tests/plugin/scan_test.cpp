@@ -10,6 +10,10 @@
 #include <random>
 #include <type_traits>
 
+#ifdef __SSE2__
+#include <xmmintrin.h>
+#endif
+
 #include "Crop_Scan.h"
 
 using crop::VisibleRange;
@@ -146,5 +150,20 @@ TYPED_TEST(Scan, AgreesWithThePlainDefinitionOnRandomFrames) {
         ASSERT_NO_FATAL_FAILURE(this->checkFrame(1000 + this->upTo(4000), 1 + this->upTo(3)));
     }
 }
+
+#ifdef __SSE2__
+// As a host may have set the processor, with denormal numbers counting as zero.
+TEST(FloatScan, SeesDenormalAlphaWhereTheProcessorDoesNot) {
+    Frame<PF_PixelFloat> frame(70, 3, 0);
+    frame.set(1, 5, std::numeric_limits<float>::denorm_min());
+    frame.set(2, 69, std::numeric_limits<float>::denorm_min());
+    constexpr unsigned zeroDenormals = 0x8040;
+    const unsigned before = _mm_getcsr();
+    _mm_setcsr(before | zeroDenormals);
+    const VisibleRange range = frame.scan();
+    _mm_setcsr(before);
+    EXPECT_EQ(edges(range), (std::array<A_long, 4>{1, 2, 5, 69}));
+}
+#endif
 
 }  // namespace

@@ -117,18 +117,41 @@ TEST_F(Growth, AStandardCropLooksAtEachLayerOfTheProjectOnce) {
     }
 }
 
+TEST_F(Growth, AStandardCropNeverLooksAtPairs) {
+    const auto callsIn = [&](const Plan& plan) {
+        openScene(plan);
+        return callsOf([&] { return run(); });
+    };
+    const Count few = callsIn({.cardLayers = 10, .uses = 10, .otherComps = 10, .keys = 10});
+    EXPECT_EQ(callsIn({.cardLayers = 3'010, .uses = 510, .otherComps = 1'010, .keys = 10}),
+              few + 3'000 * 8 + 500 * (6 + 10 * 7) + 1'000 * 10);
+}
+
 TEST_F(Growth, EachSelectedCompositionIsACropOfItsOwn) {
     expectLine({.otherComps = 120}, &Plan::selected, 100, 1277, [&] { return run(); });
 }
 
 TEST_F(Growth, ADurationCropCallsTheSameForEachFrame) {
-    expectLine({.cardLayers = 50, .uses = 5}, &Plan::frames, 200, 12, [&] { return runDuration(); });
+    const auto run = [&] { return runDuration(); };
+    expectLine({.cardLayers = 50, .uses = 5}, &Plan::frames, 200, 12, run);
+    expectLine({.uses = 3, .frames = 3}, &Plan::cardLayers, 10'000, 8, run);
+    expectLine({.cardLayers = 3, .frames = 3}, &Plan::uses, 10'000, 10, run);
+    expectLine({.cardLayers = 3, .frames = 3}, &Plan::otherComps, 5'000, 10, run);
 }
 
 TEST_F(Growth, AMaskCropReadsEachVertexOnceMore) {
-    expectLine({.masks = 1}, &Plan::vertices, 5'000, 2 + 1, [&] { return runMaskCrop(); });
-    expectLine({.masks = 1}, &Plan::uses, 1'000, 10 + 9 + 2 * 4, [&] { return runMaskCrop(); });
-    expectLine({.masks = 1}, &Plan::cardLayers, 1'000, 5, [&] { return runMaskCrop(); });
+    const auto run = [&] { return runMaskCrop(); };
+    expectLine({.masks = 1}, &Plan::vertices, 5'000, 2 + 1, run);
+    expectLine({.masks = 1}, &Plan::uses, 10'000, 10 + 9 + 2 * 4, run);
+    expectLine({.masks = 1}, &Plan::cardLayers, 10'000, 5, run);
+    expectLine({.masks = 1}, &Plan::otherComps, 5'000, 10, run);
+}
+
+TEST_F(Growth, ThePreferencesLookAtNoLayer) {
+    answers.answer("Kestrin Preferences", "Cancel");
+    for (int Plan::*what : {&Plan::cardLayers, &Plan::uses, &Plan::otherComps}) {
+        expectLine({}, what, 5'000, 0, [&] { return runPreferences(); });
+    }
 }
 
 TEST_F(Growth, TheMenuLooksAtTwelveSelectedLayersAtMost) {
