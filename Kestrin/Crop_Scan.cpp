@@ -57,15 +57,15 @@ Seen seenInQuarter(const Pixel* block, int quarter) {
     return bits;
 }
 
-// Asks for the bytes 4 KB behind these, where the processor's own prefetching may have ended with the page.
-// Behind the last row no harm is done.
-inline void prefetchBehind(const void* block) {
+// Asks for the bytes 4 KB further on, where the processor's own prefetching may have ended with the page.
+// Beyond the last row no harm is done.
+inline void prefetchAhead(const void* block) {
     __builtin_prefetch(reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(block) + 4096));
 }
 
 template <class Pixel>
 Seen seenIn(const Pixel* block) {
-    prefetchBehind(block);
+    prefetchAhead(block);
     return (seenInQuarter(block, 0) | seenInQuarter(block, 1)) |
            (seenInQuarter(block, 2) | seenInQuarter(block, 3));
 }

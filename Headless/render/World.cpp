@@ -47,9 +47,9 @@ FOR_NEWER_PROCESSORS_TOO void convert(const std::uint8_t* from, std::size_t coun
     for (std::size_t i = 0; i < count; ++i) to[i] = toFloat(from[i]);
 }
 
-// Asks for the bytes 4 KB behind these, where the processor's own prefetching may have ended with the page.
+// Asks for the bytes 4 KB further on, where the processor's own prefetching may have ended with the page.
 // Where nothing lies there, no harm is done.
-void prefetchBehind(const std::byte* bytes, std::size_t count) {
+void prefetchAhead(const std::byte* bytes, std::size_t count) {
     constexpr std::uintptr_t distance = 4096, line = 64;
     const auto begin = reinterpret_cast<std::uintptr_t>(bytes) + distance;
     for (std::uintptr_t at = begin; at < begin + count; at += line) {
@@ -67,8 +67,8 @@ void widen(const std::byte* from, std::size_t count, std::byte* to) {
         const std::size_t some = std::min(most, count - done);
         const std::byte* const source = from + done * sizeof *pixels;
         std::byte* const target = to + done * 4 * sizeof(Channel);
-        prefetchBehind(source, some * sizeof *pixels);
-        prefetchBehind(target, some * 4 * sizeof(Channel));
+        prefetchAhead(source, some * sizeof *pixels);
+        prefetchAhead(target, some * 4 * sizeof(Channel));
         std::memcpy(pixels, source, some * sizeof *pixels);
         reverseBytes(pixels, some);
         convert(reinterpret_cast<const std::uint8_t*>(pixels), 4 * some, channels);
