@@ -18,11 +18,12 @@
 #include <string_view>
 #include <vector>
 
-#include "model/Document.h"
 #include "model/History.h"
 #include "model/Stream.h"
 
 namespace headless::model {
+
+using Json = nlohmann::ordered_json;
 
 using ItemId = std::int32_t;
 using LayerId = std::uint32_t;
@@ -103,9 +104,6 @@ struct Layer : LayerData {
     MaskList masks;
 
     std::string_view text;           // in the file; empty for a layer that came later
-    std::optional<int> matteSource;  // as in LayerRole, and never changed
-    std::optional<Matte> matte;
-    bool isMatteSource = false;
     bool touched = false;  // something may differ from the text
 };
 
@@ -181,8 +179,9 @@ class Project {
     std::string write() const;
     bool differsFromText() const;
 
-    // Borrows from the project, and holds until that changes.
-    Document documentOf(const Comp& comp) const;
+    // A document that shows one composition from its first frame to its last: the composition is the root, in the top
+    // left corner of a canvas at least as large; what it does not reach is left out, and pictures are inside.
+    std::string documentOf(const Comp& comp, Size canvas) const;
 
     // The pictures that the document takes from elsewhere.
     std::vector<std::string> outerPictures() const;
@@ -220,7 +219,6 @@ class Project {
         Json json;
     };
 
-    LayerList listOf(const Comp& comp) const;
     void writeLayers(const Comp& comp, std::string& out) const;
     void writeComp(const Comp& comp, std::string& out) const;
     void writeAssets(std::string& out) const;

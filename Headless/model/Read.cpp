@@ -136,10 +136,6 @@ class Reader {
         readLayer(json, path, *layer, parent);
         layer->masks = readMasks(json, path);
         layer->text = text;
-        const LayerRole role = readRole(json);
-        layer->matte = role.matte;
-        layer->matteSource = role.matteSource;
-        layer->isMatteSource = role.isMatteSource;
         list.layers.push_back(std::move(layer));
         list.parents.push_back(parent);
     }

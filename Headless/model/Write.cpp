@@ -217,16 +217,14 @@ std::string Project::pictureContent(const std::string& picture) const {
 }
 
 Json Project::withPicture(const Json& asset) const {
-    const std::string picture = outerPictureOf(asset);
-    if (picture.empty()) {
-        return asset;
-    }
-    const std::string bytes = pictureContent(picture);
-    const bool jpeg = bytes.starts_with("\xFF\xD8");
     Json embedded = asset;
-    embedded["u"] = "";
-    embedded["p"] = std::string("data:image/") + (jpeg ? "jpeg" : "png") + ";base64," + base64(bytes);
-    embedded["e"] = 1;
+    if (const std::string picture = outerPictureOf(asset); !picture.empty()) {
+        const std::string bytes = pictureContent(picture);
+        const bool jpeg = bytes.starts_with("\xFF\xD8");
+        embedded["p"] = std::string("data:image/") + (jpeg ? "jpeg" : "png") + ";base64," + base64(bytes);
+        embedded["u"] = "";
+    }
+    embedded["e"] = 1;  // also where the file leaves it out beside a picture that is inside
     return embedded;
 }
 
@@ -240,46 +238,75 @@ std::string Project::write() const {
     return out;
 }
 
-LayerList Project::listOf(const Comp& comp) const {
-    return {comp.layers.size(),
-            [&comp](std::size_t index) {
-                const Layer& layer = *comp.layers[index];
-                return LayerRole{.index = layer.index,
-                                 .parent = layer.parent != nullptr ? layer.parent->index : std::nullopt,
-                                 .matteSource = layer.matteSource,
-                                 .matte = layer.matte,
-                                 .isMatteSource = layer.isMatteSource,
-                                 .hidden = layer.hidden};
-            },
-            [this, &comp](std::size_t index) { return layerJson(*comp.layers[index]); }};
-}
-
-Document Project::documentOf(const Comp& comp) const {
-    Document document{frameRate(), listOf(comp), {}, {}};
+std::string Project::documentOf(const Comp& comp, Size canvas) const {
+    std::vector<const Comp*> shown;
+    std::unordered_set<std::string> images;
     std::unordered_set<const Item*> reached;
     std::vector<const Comp*> waiting{&comp};
-    std::unordered_set<std::string> images;
     while (!waiting.empty()) {
         const Comp& next = *waiting.back();
         waiting.pop_back();
-        if (&next != &comp) {
-            document.compositions.push_back({next.assetId, listOf(next)});
-        }
         for (const LayerPtr& layer : next.layers) {
             if (layer->source != nullptr && layer->source->comp && reached.insert(layer->source).second) {
                 waiting.push_back(layer->source->comp.get());
+                shown.push_back(waiting.back());
             } else if (layer->type == LayerType::Image) {
                 images.insert(layer->reference);
             }
         }
     }
+    // A larger canvas would show what lies beyond the frame: there it is clipped, as a use is.
+    const bool asUse = canvas != comp.item->size;
+    if (asUse) {
+        shown.push_back(&comp);
+    }
+
+    Json shell = parseValue(root().shell);
+    shell["ip"] = comp.firstFrame;
+    shell["op"] = comp.endFrame;
+    shell["w"] = canvas.width;
+    shell["h"] = canvas.height;
+    shell.erase("layers");
+    shell.erase("assets");
+    std::string out = shell.dump();
+    out.back() = ',';
+    out += R"("layers":)";
+    const std::string sceneId = asUse ? newAssetId("scene") : "";
+    if (asUse) {
+        const Json use{{"ty", 0},
+                       {"refId", sceneId},
+                       {"w", comp.item->size.width},
+                       {"h", comp.item->size.height},
+                       {"ks", Json::object()},
+                       {"ip", comp.firstFrame},
+                       {"op", comp.endFrame},
+                       {"st", 0}};
+        out += "[" + use.dump() + "]";
+    } else {
+        writeLayers(comp, out);
+    }
+    out += R"(,"assets":[)";
+    const char* separator = "";
+    for (const Comp* each : shown) {
+        out += separator;
+        separator = ",";
+        Json asset = each->assetId.empty() ? Json::object() : parseValue(each->shell);
+        asset["id"] = each == &comp ? sceneId : each->assetId;
+        asset.erase("layers");
+        out += asset.dump();
+        out.back() = ',';
+        out += R"("layers":)";
+        writeLayers(*each, out);
+        out += '}';
+    }
     for (const Asset& asset : assets_) {
-        const std::string id = assetIdOf(asset.json);
-        if (images.contains(id)) {
-            document.images.push_back({id, withPicture(asset.json)});
+        if (asset.comp == 0 && images.contains(assetIdOf(asset.json))) {
+            out += separator;
+            separator = ",";
+            out += withPicture(asset.json).dump();
         }
     }
-    return document;
+    return out + "]}";
 }
 
 }  // namespace headless::model

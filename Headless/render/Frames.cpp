@@ -30,7 +30,7 @@ void Frames::prepare(MakeDocument document, int frameCount) {
     for (Place& place : places_) place.prepared = false;
 }
 
-PictureView Frames::frame(int frame, int width, int height) {
+PictureView Frames::frame(double frame, int width, int height) {
     const auto pixels = drawn({frame, width, height, {}});
     return {width,
             height,
@@ -38,7 +38,7 @@ PictureView Frames::frame(int frame, int width, int height) {
              static_cast<std::size_t>(width) * static_cast<std::size_t>(height)}};
 }
 
-World Frames::world(int frame, const WorldShape& shape) {
+World Frames::world(double frame, const WorldShape& shape) {
     return {shape, drawn({frame, shape.width, shape.height, shape.depth})};
 }
 
@@ -46,7 +46,7 @@ std::shared_ptr<std::byte> Frames::drawn(const FrameRequest& wanted) {
     Place& place = placeFor(wanted);
     if (place.started != wanted) start(place, wanted);
     FrameRequest next = last_.value_or(wanted);
-    const int step = wanted.frame - next.frame;
+    const double step = wanted.frame - next.frame;
     next.frame = wanted.frame;
     const bool inSequence = step > 0 && next == wanted;
     next.frame += step;

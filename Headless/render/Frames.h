@@ -25,9 +25,9 @@ class Frames {
     void prepare(MakeDocument document, int frameCount);
     // As Renderer draws it. The pixels stay until the next call. Throws RenderError if this very frame cannot
     // be drawn, and whatever `document` throws.
-    PictureView frame(int frame, int width, int height);
+    PictureView frame(double frame, int width, int height);
     // The same as the host hands it on.
-    World world(int frame, const WorldShape& shape);
+    World world(double frame, const WorldShape& shape);
 
  private:
     struct Place {

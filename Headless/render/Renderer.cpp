@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <ctime>
 #include <new>
 #include <string_view>
 #include <utility>
@@ -17,8 +18,6 @@
 
 namespace headless::render {
 namespace {
-
-using Time = std::chrono::steady_clock;
 
 [[noreturn]] void failedCall(const char* what) {
     throw RenderError(std::string("no worker: ") + what + ": " + std::strerror(errno));
@@ -71,9 +70,18 @@ struct Renderer::Worker {
     }
 
     void send(const Request& request, std::string_view text = {}) {
-        if (unanswered++ == 0) waited = {};
+        if (unanswered++ == 0) began = processorTime();
         send({reinterpret_cast<const char*>(&request), sizeof request});
         send(text);
+    }
+
+    void addFont(const std::string& name, const std::string& file) {
+        Request request;
+        request.kind = Request::Kind::Font;
+        request.nameLength = static_cast<std::uint32_t>(name.size());
+        request.textLength = file.size();
+        send(request, name + file);
+        if (answer() != Answer::Kind::Done) throw RenderError("\"" + name + "\" is no font that can be read");
     }
 
     // To the oldest request without one.
@@ -88,7 +96,11 @@ struct Renderer::Worker {
             throw RenderError("the renderer tried something that it may not do (" +
                               systemCallName(answer.systemCall) + ")");
         }
-        waited = {};
+        if (answer.kind == Answer::Kind::Faulty) {
+            answer.reason[sizeof answer.reason - 1] = '\0';
+            throw RenderError("the renderer stopped (" + std::string(answer.reason) + ")");
+        }
+        began = processorTime();
         --unanswered;
         return answer.kind;
     }
@@ -97,8 +109,8 @@ struct Renderer::Worker {
     SharedMemory memory;
     Descriptor socket;
     pid_t process = -1;
-    int unanswered = 0;                  // requests
-    std::chrono::milliseconds waited{};  // for the oldest of them
+    int unanswered = 0;                // requests
+    std::chrono::nanoseconds began{};  // the worker's processor time when the oldest of them did
 
  private:
     void send(std::string_view data) {
@@ -111,16 +123,18 @@ struct Renderer::Worker {
         }
     }
 
-    // Time in which both processes stood still, stopped at the terminal or asleep with the machine, counts for
-    // no more than one look.
+    std::chrono::nanoseconds processorTime() const {
+        clockid_t clock{};
+        timespec time{};
+        if (::clock_getcpuclockid(process, &clock) != 0 || ::clock_gettime(clock, &time) != 0) return {};
+        return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+    }
+
     void await(short event) {
-        constexpr std::chrono::milliseconds aLook{250};
-        while (waited < limits.frameTime) {
-            const auto most = std::min(aLook, limits.frameTime - waited);
-            const auto before = Time::now();
+        constexpr int aLook = 100;  // milliseconds
+        while (processorTime() - began < limits.frameTime) {
             pollfd watched{socket.get(), event, 0};
-            if (::poll(&watched, 1, static_cast<int>(most.count())) > 0) return;
-            waited += std::min(most, std::chrono::ceil<std::chrono::milliseconds>(Time::now() - before));
+            if (::poll(&watched, 1, aLook) > 0) return;
         }
         throw RenderError("the renderer takes longer than " + secondsText(limits.frameTime));
     }
@@ -141,8 +155,13 @@ Renderer::~Renderer() = default;
 void Renderer::prepare(const std::string& document) {
     if (worker_ && worker_->unanswered > 0) worker_.reset();
     guarded([&] {
-        if (!worker_) worker_ = std::make_unique<Worker>(limits_, processors_);
-        worker_->send({Request::Kind::Prepare, document.size(), {}, 0}, document);
+        if (!worker_) {
+            worker_ = std::make_unique<Worker>(limits_, processors_);
+            for (const auto& [name, file] : limits_.fonts) worker_->addFont(name, file);
+        }
+        Request request;
+        request.textLength = document.size();
+        worker_->send(request, document);
     });
 }
 
@@ -158,7 +177,14 @@ void Renderer::start(const FrameRequest& wanted) {
     if (!worker_) throw RenderError("no document is prepared");
     guarded([&] {
         started_ = worker_->memory.part(wanted.bytes());
-        worker_->send({Request::Kind::Frame, 0, wanted, started_->offset});
+        Request request;
+        request.kind = Request::Kind::Frame;
+        request.offset = started_->offset;
+        request.frame = frame;
+        request.width = width;
+        request.height = height;
+        request.depth = depth ? static_cast<std::int32_t>(*depth) : 0;
+        worker_->send(request);
     });
 }
 

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -21,9 +22,12 @@ struct RenderError : std::runtime_error {
 };
 
 struct Limits {
-    std::chrono::milliseconds frameTime{20'000};      // for one frame or one prepared document
-    std::uint64_t memoryBytes = 4ull << 30;           // address space of the worker
+    // Processor time of the worker for one frame with the document before it. What else the machine does
+    // meanwhile does not count.
+    std::chrono::milliseconds frameTime{20'000};
+    std::uint64_t memoryBytes = 4ull << 30;           // of the worker; the renderer in it has at most 2 GiB
     std::uint64_t picturePixels = 30'000ull * 8'000;  // largest picture that is asked for
+    std::map<std::string, std::string> fonts{};       // files, by the names that documents call them by
 };
 
 class Renderer {
@@ -33,8 +37,8 @@ class Renderer {
     Renderer(const Renderer&) = delete;
     Renderer& operator=(const Renderer&) = delete;
 
-    // Hands over a document that normalise() made; it stays until the next call. Starts the worker when there
-    // is none. Whether it can be drawn is known when its first frame is finished. Throws RenderError.
+    // Hands over a document whose pictures are inside; it stays until the next call. Starts the worker when
+    // there is none. Whether it can be drawn is known when its first frame is finished. Throws RenderError.
     void prepare(const std::string& document);
     // Has the worker draw a frame of the prepared document and does not wait for it. Throws RenderError.
     void start(const FrameRequest& wanted);

@@ -1,8 +1,6 @@
 #include "render/Service.h"
 
 #include <fcntl.h>
-#include <malloc.h>
-#include <rlottie.h>
 #include <sched.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
@@ -11,15 +9,15 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
-#include <exception>
-#include <memory>
+#include <cstdio>
 #include <new>
+#include <optional>
 #include <string>
 
 #include "render/Confine.h"
 #include "render/Sanitizer.h"
 #include "render/SharedMemory.h"
+#include "render/thorvg/ThorVG.h"
 
 namespace headless::render {
 namespace {
@@ -42,7 +40,8 @@ void limitWorker(std::uint64_t memoryBytes, pid_t parent) {
     ::prctl(PR_SET_DUMPABLE, 0);
     const rlimit noCore{0, 0};
     ::setrlimit(RLIMIT_CORE, &noCore);
-    const rlimit memory{memoryBytes, memoryBytes};
+    const std::uint64_t addresses = memoryBytes + ThorVG::reservedBytes;
+    const rlimit memory{addresses, addresses};
     if (!underAddressSanitizer) ::setrlimit(RLIMIT_AS, &memory);
     for (int number = 1; number < NSIG; ++number) std::signal(number, SIG_DFL);
     std::signal(SIGINT, SIG_IGN);  // the parent decides what an interrupt ends
@@ -66,21 +65,18 @@ void keepTo(Processors processors) {
 }
 
 // The only descriptors of the worker, but for standard input and output, which lead nowhere.
-enum Descriptors { socketNumber = 3, memoryNumber, statmNumber };
+enum Descriptors { socketNumber = 3, memoryNumber };
 
 void dropDescriptors(int socket, int memory) {
     const int silence = ::open("/dev/null", O_RDWR | O_CLOEXEC);
-    int statm = ::open("/proc/self/statm", O_RDONLY | O_CLOEXEC);
     // Out of the way of the numbers that are taken below.
     socket = ::fcntl(socket, F_DUPFD, 10);
     memory = ::fcntl(memory, F_DUPFD, 10);
-    statm = ::fcntl(statm, F_DUPFD, 10);
-    if (silence < 0 || socket < 0 || memory < 0 || statm < 0) ::_exit(1);
+    if (silence < 0 || socket < 0 || memory < 0) ::_exit(1);
     for (int standard = 0; standard <= 2; ++standard) ::dup2(silence, standard);
     ::dup2(socket, socketNumber);
     ::dup2(memory, memoryNumber);
-    ::dup2(statm, statmNumber);
-    ::close_range(statmNumber + 1, ~0u, 0);
+    ::close_range(memoryNumber + 1, ~0u, 0);
 }
 
 void answer(const Answer& answer) {
@@ -92,88 +88,64 @@ void answer(const Answer& answer) {
     ::_exit(1);
 }
 
-// The renderer's own threads throw, too.
-[[noreturn]] void explainEnd() {
-    try {
-        if (const auto reason = std::current_exception()) std::rethrow_exception(reason);
-    } catch (const std::bad_alloc&) {
-        answer({Answer::Kind::OutOfMemory});
-    } catch (...) {
-        // the parent sees that it ended
-    }
-    ::_exit(1);
-}
-
-std::uint64_t residentBytes() {
-    char text[64] = {};
-    (void)!::pread(statmNumber, text, sizeof text - 1, 0);
-    char* second = text;
-    std::strtoull(text, &second, 10);
-    return std::strtoull(second, nullptr, 10) * static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
-}
-
 class Service {
  public:
-    explicit Service(std::uint64_t memoryBytes) : memoryBytes_(memoryBytes) {}
+    explicit Service(std::uint64_t memoryBytes) : renderer_(memoryBytes) {}
 
     void run() {
-        ::mallopt(M_ARENA_MAX, 1);  // with more, freeing memory reads a file of the system's
-        rlottie::configureModelCacheSize(0);
-        warmUp();
         confineWorker(explainRefusal);
         Request request;
         while (receive(socketNumber, &request, sizeof request)) {
-            Answer::Kind kind = Answer::Kind::OutOfMemory;
             try {
-                kind = request.kind == Request::Kind::Prepare ? prepare(request) : draw(request);
+                answer({done(request) ? Answer::Kind::Done : Answer::Kind::Refused});
             } catch (const std::bad_alloc&) {
-                // answered as such
+                answer({Answer::Kind::OutOfMemory});
+                return;
+            } catch (const ModuleFault& fault) {
+                Answer faulty{Answer::Kind::Faulty};
+                std::snprintf(faulty.reason, sizeof faulty.reason, "%s", fault.what());
+                answer(faulty);
+                return;
             }
-            answer({kind});
         }
     }
 
  private:
-    // With its first picture the renderer starts its threads and loads a library for images.
-    static void warmUp() {
-        const std::string document =
-            R"({"v":"5.5.0","fr":1,"ip":0,"op":1,"w":1,"h":1,"assets":[{"id":"i","w":1,"h":1,"u":"","e":1,"p":)"
-            R"("data:image/png;base64,iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAAAAAA6fptVAAAACklEQVR42mP4)"
-            R"(DwABAQEAHLCMmQAAAABJRU5ErkJggg=="}],)"
-            R"("layers":[{"ddd":0,"ty":2,"refId":"i","ip":0,"op":1,"st":0,"ks":{}}]})";
-        std::uint32_t pixel = 0;
-        if (const auto animation = rlottie::Animation::loadFromData(document, "", "", false)) {
-            animation->renderSync(0, rlottie::Surface(&pixel, 1, 1, sizeof pixel), false);
+    bool done(const Request& request) {
+        switch (request.kind) {
+            case Request::Kind::Font: {
+                const std::string name = received(request.nameLength);
+                return renderer_.addFont(name, received(request.textLength));
+            }
+            case Request::Kind::Prepare:
+                return loaded_ = renderer_.load(received(request.textLength));
+            case Request::Kind::Frame:
+                return draw(request);
         }
+        return false;
     }
 
-    Answer::Kind prepare(const Request& request) {
-        text_.assign(request.textLength, '\0');
-        if (!receive(socketNumber, text_.data(), text_.size())) ::_exit(0);
-        load();
-        return animation_ ? Answer::Kind::Done : Answer::Kind::Refused;
+    static std::string received(std::uint64_t length) {
+        std::string text(length, '\0');
+        if (!receive(socketNumber, text.data(), text.size())) ::_exit(0);
+        return text;
     }
 
-    void load() {
-        animation_.reset();
-        ::malloc_trim(0);
-        animation_ = rlottie::Animation::loadFromData(text_, "", "", false);
-    }
-
-    Answer::Kind draw(const Request& request) {
-        if (!animation_) return Answer::Kind::Refused;
-        // The renderer keeps a buffer for each matte that it has ever drawn.
-        if (residentBytes() > memoryBytes_ / 2) load();
-        const FrameRequest& wanted = request.frame;
-        const auto width = static_cast<std::size_t>(wanted.width);
-        const auto height = static_cast<std::size_t>(wanted.height);
+    bool draw(const Request& request) {
+        if (!loaded_) return false;
+        FrameRequest wanted{request.frame, request.width, request.height, {}};
+        if (request.depth != 0) wanted.depth = static_cast<Depth>(request.depth);
         std::byte* memory = mapped(request.offset, wanted.bytes());
-        const Canvas canvas = wanted.depth ? canvasOf(wanted.world(), memory)
-                                           : Canvas{reinterpret_cast<std::uint32_t*>(memory), width * 4};
-        animation_->renderSync(static_cast<std::size_t>(wanted.frame),
-                               rlottie::Surface(canvas.pixels, width, height, canvas.rowBytes), false);
+        const Canvas canvas = wanted.depth
+                                  ? canvasOf(wanted.world(), memory)
+                                  : Canvas{reinterpret_cast<std::uint32_t*>(memory),
+                                           static_cast<std::size_t>(wanted.width) * sizeof(std::uint32_t)};
+        const auto inside = reinterpret_cast<std::byte*>(canvas.pixels) - memory;
+        renderer_.draw(static_cast<float>(wanted.frame),
+                       {memoryNumber, request.offset + static_cast<std::uint64_t>(inside), canvas.rowBytes,
+                        wanted.width, wanted.height});
         if (wanted.depth) layOut(wanted.world(), memory);
-        return Answer::Kind::Done;
+        return true;
     }
 
     std::byte* mapped(std::uint64_t offset, std::size_t size) {
@@ -185,9 +157,8 @@ class Service {
     }
 
     std::optional<SharedMemory::Part> part_;
-    std::uint64_t memoryBytes_;
-    std::string text_;
-    std::unique_ptr<rlottie::Animation> animation_;
+    ThorVG renderer_;
+    bool loaded_ = false;
 };
 
 }  // namespace
@@ -201,7 +172,6 @@ void serve(int socket, int memory, std::uint64_t memoryBytes, Processors process
     limitWorker(memoryBytes, parent);
     keepTo(processors);
     dropDescriptors(socket, memory);
-    std::set_terminate(explainEnd);
     [&]() noexcept { Service(memoryBytes).run(); }();
     ::_exit(0);
 }

@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "render/Difference.h"
-#include "render/Normalise.h"
 
 namespace headless {
 
@@ -34,11 +33,9 @@ auto CompPictures::at(const model::Comp& comp, double frame, int factorX, int fa
         std::string key = std::to_string(comp.item->id) + " " + std::to_string(factorX) + " " +
                           std::to_string(factorY) + " " + std::to_string(project_.history.revision());
         if (comps_.key != key) {
-            const render::Scene scene{
-                width, height, pictureWidth * factorX, pictureHeight * factorY, comp.firstFrame, comp.endFrame};
-            comps_.frames.prepare(
-                [this, &comp, scene] { return render::normalise(project_.documentOf(comp), scene); },
-                static_cast<int>(std::ceil(comp.frameCount())));
+            const model::Size canvas{pictureWidth * factorX, pictureHeight * factorY};
+            comps_.frames.prepare([this, &comp, canvas] { return project_.documentOf(comp, canvas); },
+                                  static_cast<int>(std::ceil(comp.frameCount())));
             comps_.key = std::move(key);
         }
         return drawn(comps_.frames, static_cast<int>(wholeFrame), pictureWidth, pictureHeight);
@@ -98,10 +95,8 @@ Box CompPictures::maskedBounds(const model::Layer& layer, double fileFrame) {
                                           {"ip", first},       {"op", end},
                                           {"w", width},        {"h", height},
                                           {"layers", {solid}}, {"assets", model::Json::array()}};
-            const render::Scene scene{width, height, width, height, first, end};
-            masks_.frames.prepare(
-                [document, scene] { return render::normalise(model::asDocument(document), scene); },
-                static_cast<int>(std::ceil(end - first)));
+            masks_.frames.prepare([text = document.dump()] { return text; },
+                                  static_cast<int>(std::ceil(end - first)));
             masks_.key = std::move(key);
         }
         const double frame = std::clamp(std::floor(fileFrame + roundedAway), first, std::ceil(end) - 1) - first;

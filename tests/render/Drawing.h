@@ -2,10 +2,10 @@
 
 #pragma once
 
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
-#include "render/Normalise.h"
 #include "render/Picture.h"
 #include "render/Renderer.h"
 
@@ -39,7 +39,8 @@ inline Json shapes(const std::string& items) {
 }
 
 inline Json use(const std::string& id, const std::string& more = "") {
-    Json layer{{"ddd", 0}, {"ty", 0}, {"refId", id}, {"ip", 0}, {"op", 100}, {"st", 0}, {"ks", Json::object()}};
+    Json layer{{"ddd", 0},  {"ty", 0}, {"refId", id},         {"w", 12}, {"h", 2}, {"ip", 0},
+               {"op", 100}, {"st", 0}, {"ks", Json::object()}};
     layer.update(object(more));
     return layer;
 }
@@ -54,8 +55,17 @@ inline Json document(const Jsons& layers, const Jsons& assets = {}) {
     return {{"v", "5.7.0"}, {"fr", 30}, {"ip", 0}, {"op", 100}, {"assets", assets}, {"layers", layers}};
 }
 
-inline std::string normalise(const Json& document, const Scene& scene) {
-    return normalise(model::asDocument(document), scene);
+struct Scene {
+    int width = 12, height = 2;
+    double firstFrame = 0, endFrame = 100;
+};
+
+inline std::string textOf(Json document, const Scene& scene = {}) {
+    document["w"] = scene.width;
+    document["h"] = scene.height;
+    document["ip"] = scene.firstFrame;
+    document["op"] = scene.endFrame;
+    return document.dump();
 }
 
 // One letter for each pixel: R, G, B, W by the strongest channel, small letters for
@@ -72,7 +82,7 @@ inline char letter(std::uint32_t pixel) {
     return pixel >> 24 < 192 ? static_cast<char>(result + 'a' - 'A') : result;
 }
 
-inline PictureView draw(Renderer& renderer, int frame, int width, int height) {
+inline PictureView draw(Renderer& renderer, double frame, int width, int height) {
     renderer.start({frame, width, height, {}});
     const auto pixels = renderer.finish();
     return {width,
