@@ -97,10 +97,11 @@ struct Fails : Story {
         session->holdKeys(false, false);
     }
     A_Err menu() {
+        constexpr std::string_view reported = "the plug-in reported error ";
         const auto before = session->messages().size();
         session->openMenu();
-        const auto& all = session->messages();
-        return all.size() > before && all.back().text.find("reported error 77") != std::string::npos ? code : 0;
+        const std::string last = session->messages().size() > before ? session->messages().back().text : "";
+        return last.starts_with(reported) ? std::stoi(last.substr(reported.size())) : 0;
     }
 
     // After the call that failed no other is made, but those that are made whatever happened.
@@ -346,6 +347,7 @@ TEST_P(EachSuiteOf, FailsTheCommandWhereItIsNeeded) {
 #define KESTRIN_SUITE(label, name, number) {name, number},
     const std::vector<std::pair<const char*, int>> suites = {AEGP_FOR_EACH_SUITE(KESTRIN_SUITE)};
 #undef KESTRIN_SUITE
+    int needed = 0;
     for (const auto& [name, number] : suites) {
         SCOPED_TRACE(name + (" " + std::to_string(number)));
         GetParam().prepare(*this);
@@ -356,6 +358,7 @@ TEST_P(EachSuiteOf, FailsTheCommandWhereItIsNeeded) {
             EXPECT_FALSE(line.starts_with("suite")) << line;
         }
         if (error != 0) {
+            ++needed;
             EXPECT_EQ(error, 516);
             EXPECT_EQ(project().write(), opened);
             const auto& calls = session->calls().last;
@@ -365,6 +368,7 @@ TEST_P(EachSuiteOf, FailsTheCommandWhereItIsNeeded) {
             expectSilenceAfter(static_cast<std::size_t>(calls.rend() - refused) - 1, false);
         }
     }
+    EXPECT_GE(needed, 2);
 }
 
 INSTANTIATE_TEST_SUITE_P(, EachSuiteOf, testing::ValuesIn(Fails::paths()),
@@ -389,6 +393,26 @@ TEST_F(Fails, ADurationCropThatFailedKeepsTheAnswer) {
         EXPECT_EQ(answers.shown["Low Resolution"], duration ? 1 : 2);
         EXPECT_EQ(run(), 0);
         EXPECT_EQ(answers.shown["Low Resolution"], duration ? 2 : 3);
+    }
+}
+
+TEST_F(Fails, ADurationCropThatFailedRunsOutAndCanBeCancelled) {
+    for (const bool cancelled : {false, true}) {
+        openBrief({"Card"}, 0);
+        choose(false, true);
+        session->clearCalls();
+        session->onProgress = [&](int) {
+            session->holdKeys(cancelled, cancelled);
+            if (timesCalled("SetProgress") == 1) {
+                session->failCall({1, code});
+            }
+        };
+        EXPECT_EQ(run(), code);
+        session->holdKeys(false, false);
+        EXPECT_EQ(timesCalled("AEGP_RenderAndCheckoutFrame"), 1u);
+        EXPECT_EQ(timesCalled("GetModifierKeys"), cancelled ? 2u : 3u);
+        EXPECT_EQ(session->progressShown().size(), cancelled ? 1u : 3u);
+        EXPECT_FALSE(session->progressOpen());
     }
 }
 
