@@ -1,8 +1,8 @@
 // The crops: measure visible content, resize a composition to it, and keep everything where it was on screen.
 //
 // Each operation takes the host's basic suite, acquires what it needs for the length of the call and returns
-// the first failure (516 for a missing suite), or 0. After a failure no further host call is made, except
-// that handles are given back. Main thread only.
+// the first failure (516 for a missing suite), or 0. After a failure no further host call is made, unless said;
+// handles are left to the host. Main thread only.
 
 #pragma once
 
@@ -49,8 +49,8 @@ A_Err checkResolution(SPBasicSuite* basic, int pluginId, AEGP_RenderOptionsH* re
 A_Err standardCrop(SPBasicSuite* basic, int pluginId, AEGP_ItemH compItem, short expandAmount);
 
 // Crops the active composition, or the active layer's source, to what is visible at any time of its duration.
-// A panel shows the progress; held modifier keys cancel. 0 also then, and when nothing is visible. Opens and
-// ends its own undo group; after a failure the group stays open.
+// A panel shows the progress; held modifier keys cancel. 0 also then, and when nothing is visible; a failure
+// where the time step is not above 0. Opens and ends its own undo group; after a failure the group stays open.
 A_Err cropDuration(SPBasicSuite* basic, int pluginId);
 
 // Crops the active layer's source to one of the layer's masks, asking which if that is not plain. 0 also
@@ -59,7 +59,8 @@ A_Err maskCrop(SPBasicSuite* basic, int pluginId);
 
 // Resizes the composition `item` to the rectangle, moves its content along and corrects all its uses. `time`
 // is where the uses' static masks are read. With `fullRes` the options' factors are set back to xFactor and
-// yFactor. Takes the render options, if not null, over and releases them, but not after a failure.
+// yFactor. Takes the render options, if not null, over and releases them, but not after a failure. The null
+// that moves the content is moved whatever happened before.
 A_Err finishCropping(SPBasicSuite* basic, int pluginId, AEGP_ItemH* item, CroppingBounds bounds, A_Time time,
                      unsigned char fullRes, AEGP_RenderOptionsH* renderOptions, short xFactor, short yFactor);
 

@@ -111,29 +111,34 @@ Subject findSubject(AEGP_SuiteHandler& suites, Result& result) {
 
 CroppingBounds measureFrame(SPBasicSuite* basic, AEGP_SuiteHandler& suites, Result& result,
                             const Subject& subject, AEGP_RenderOptionsH options) {
-    const AEGP_RenderSuite3* renderer = suites.RenderSuite3();
     const bool full = subject.fullRes != 0;
-    FrameReceipt frame(renderer);
+    FrameReceipt frame(suites, result);
     AEGP_WorldH world = nullptr;
     CroppingBounds bounds{};
-    step(result, "render a frame",
-         [&] { return renderer->AEGP_RenderAndCheckoutFrame(options, nullptr, nullptr, frame.put()); });
-    step(result, "get the frame's pixels", [&] { return renderer->AEGP_GetReceiptWorld(frame.get(), &world); });
+    step(result, "render a frame", [&] {
+        return suites.RenderSuite3()->AEGP_RenderAndCheckoutFrame(options, nullptr, nullptr, frame.put());
+    });
+    step(result, "get the frame's pixels",
+         [&] { return suites.RenderSuite3()->AEGP_GetReceiptWorld(frame.get(), &world); });
     step(result, "find the visible content", [&] {
         return findCropBounds(basic, &world, full ? short{1} : subject.xFactor,
                               full ? short{1} : subject.yFactor, &bounds, noRegion);
     });
-    step(result, "check the frame in", [&] { return frame.reset(); });
     return bounds;
 }
 
 enum class Scan { finished, cancelled };
 
-// Moves `current` from the start to the first frame time at or past the end. A failure finishes the scan.
+// Moves `current` from the start to the first frame time at or past the end. After a failure it goes on to the
+// end without the host, so that the keys still cancel.
 Scan scanFrames(SPBasicSuite* basic, AEGP_SuiteHandler& suites, Result& result, const Subject& subject,
                 AEGP_RenderOptionsH options, A_Time duration, A_long timeStep, A_Time& current,
                 platform::ProgressPanel& panel, Coverage& coverage) {
     while (duration.value > current.value) {
+        if (timeStep <= 0) {
+            result.note("check the time step", A_Err_GENERIC);  // would never end
+            break;
+        }
         step(result, "set the render time",
              [&] { return suites.RenderOptionsSuite3()->AEGP_SetTime(options, current); });
         if (subject.includeMasks) {
@@ -144,22 +149,15 @@ Scan scanFrames(SPBasicSuite* basic, AEGP_SuiteHandler& suites, Result& result, 
             });
             mergeMasks(coverage.masks, masked);
         }
-        const CroppingBounds frame = measureFrame(basic, suites, result, subject, options);
-        if (!result.ok()) {
-            break;
-        }
-        mergeFrame(coverage, frame);
+        mergeFrame(coverage, measureFrame(basic, suites, result, subject, options));
 
         const platform::ModifierKeys keys = platform::readModifierKeys(basic);
         if (keys.shift && keys.command) {
             return Scan::cancelled;
         }
         panel.show(percentDone(current, duration));
-        const std::int64_t next = std::int64_t{current.value} + timeStep;
-        if (timeStep <= 0 || next > std::numeric_limits<A_long>::max()) {
-            break;  // would never end
-        }
-        current.value = static_cast<A_long>(next);
+        constexpr std::int64_t latest = std::numeric_limits<A_long>::max();
+        current.value = static_cast<A_long>(std::min(latest, std::int64_t{current.value} + timeStep));
     }
     return Scan::finished;
 }
@@ -171,17 +169,13 @@ A_Err cropDuration(SPBasicSuite* basic, int pluginId) {
         const auto endUndoGroup = [&] {
             step(result, "end the undo group", [&] { return suites.UtilitySuite5()->AEGP_EndUndoGroup(); });
         };
-        const auto forgetAnswers = [] {
-            checkPrefsThreeD = 1;
-            resChosen = 0;
-        };
         step(result, "start the undo group",
              [&] { return suites.UtilitySuite5()->AEGP_StartUndoGroup(GetStringPtr(StrID_KestrinDuration)); });
         Subject subject = findSubject(suites, result);
         step(result, "check for 3D",
              [&] { return cropUtil::ThreeDInItem(basic, pluginId, &subject.item, &checkPrefsThreeD); });
 
-        RenderOptions options(suites.RenderOptionsSuite3());
+        RenderOptions options(suites, result);
         A_Time duration{0, 1};
         A_Time timeStep{0, 1};
         step(result, "create render options", [&] {
@@ -196,10 +190,6 @@ A_Err cropDuration(SPBasicSuite* basic, int pluginId) {
         });
         step(result, "read the time step",
              [&] { return suites.RenderOptionsSuite3()->AEGP_GetTimeStep(options.get(), &timeStep); });
-        if (!result.ok()) {
-            forgetAnswers();
-            return;
-        }
         duration = rescaled(duration, timeStep.scale);
 
         Coverage coverage;
@@ -216,7 +206,7 @@ A_Err cropDuration(SPBasicSuite* basic, int pluginId) {
         if (subject.includeMasks) {
             clipToMasks(coverage.content, coverage.masks);
         }
-        if (result.ok() && isEmpty(coverage.content)) {
+        if (isEmpty(coverage.content)) {
             options.release();  // not given back where nothing is visible
             panel.reset();
             endUndoGroup();
@@ -228,7 +218,10 @@ A_Err cropDuration(SPBasicSuite* basic, int pluginId) {
                                   &given, subject.xFactor, subject.yFactor);
         });
         panel.reset();
-        forgetAnswers();
+        if (result.ok()) {
+            checkPrefsThreeD = 1;
+            resChosen = 0;
+        }
         endUndoGroup();
     });
 }

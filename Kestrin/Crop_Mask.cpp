@@ -20,12 +20,10 @@ enum class Choice { made, cancelled };
 
 Choice askForMask(AEGP_SuiteHandler& suites, Result& result, int pluginId, A_long& maskIndex) {
     constexpr A_long cancelled = -1;
-    Memory answer(suites.MemorySuite1());
+    Memory answer(suites, result);
     void* text = nullptr;
     step(result, "ask for the mask",
          [&] { return cropUtil::RunScript(suites, pluginId, scripts::maskChooser, answer.put()); });
-    step(result, "receive the answer",
-         [&] { return answer.get() == nullptr ? A_Err{A_Err_GENERIC} : A_Err{A_Err_NONE}; });
     step(result, "lock the answer",
          [&] { return suites.MemorySuite1()->AEGP_LockMemHandle(answer.get(), &text); });
     if (text != nullptr) {
@@ -37,7 +35,6 @@ Choice askForMask(AEGP_SuiteHandler& suites, Result& result, int pluginId, A_lon
     }
     step(result, "unlock the answer",
          [&] { return suites.MemorySuite1()->AEGP_UnlockMemHandle(answer.get()); });
-    step(result, "free the answer", [&] { return answer.reset(); });
     return Choice::made;
 }
 
@@ -127,11 +124,10 @@ CroppingBounds boundsOfOutline(AEGP_SuiteHandler& suites, Result& result, AEGP_M
 
 A_Err maskCrop(SPBasicSuite* basic, int pluginId) {
     return operation(basic, [&](AEGP_SuiteHandler& suites, Result& result) {
-        const AEGP_StreamSuite4* streams = suites.StreamSuite4();
         AEGP_LayerH layer = nullptr;
         AEGP_ItemH source = nullptr;
         AEGP_CompH parentComp = nullptr;
-        Collection selection(suites.CollectionSuite2());
+        Collection selection(suites, result);
         A_u_long selectedCount = 0;
         step(result, "start the undo group",
              [&] { return suites.UtilitySuite5()->AEGP_StartUndoGroup(GetStringPtr(StrID_MaskCrop)); });
@@ -147,11 +143,8 @@ A_Err maskCrop(SPBasicSuite* basic, int pluginId) {
         step(result, "count the selection", [&] {
             return suites.CollectionSuite2()->AEGP_GetCollectionNumItems(selection.get(), &selectedCount);
         });
-        if (!result.ok()) {
-            return;
-        }
 
-        Mask mask(suites.MaskSuite5());
+        Mask mask(suites, result);
         if (selectedCount >= 2) {
             takeSelectedMask(suites, result, layer, selection.get(), selectedCount, mask);
         } else if (takeChosenMask(suites, result, pluginId, layer, mask) == Choice::cancelled) {
@@ -159,16 +152,16 @@ A_Err maskCrop(SPBasicSuite* basic, int pluginId) {
             return;
         }
 
-        Stream stream(streams);
-        StreamValue outline(streams, pluginId);
+        Stream stream(suites, result);
+        StreamValue outline(suites, result, pluginId);
         A_Time time{0, 1};
         step(result, "get the mask's outline", [&] {
-            return streams->AEGP_GetNewMaskStream(pluginId, mask.get(), AEGP_MaskStream_OUTLINE, stream.put());
+            return suites.StreamSuite4()->AEGP_GetNewMaskStream(pluginId, mask.get(), AEGP_MaskStream_OUTLINE,
+                                                                stream.put());
         });
         step(result, "read the source's time",
              [&] { return suites.ItemSuite8()->AEGP_GetItemCurrentTime(source, &time); });
-        step(result, "read the outline",
-             [&] { return outline.read(stream.get(), AEGP_LTimeMode_CompTime, time, Expressions::applied); });
+        outline.read("read the outline", stream, AEGP_LTimeMode_CompTime, time, Expressions::applied);
         if (!result.ok()) {
             return;
         }
@@ -179,14 +172,14 @@ A_Err maskCrop(SPBasicSuite* basic, int pluginId) {
         A_Boolean pad = 0;
         A_long padding = 0;
         step(result, "open the preferences", [&] { return preferences.open(); });
-        step(result, "release the outline", [&] { return outline.reset(); });
-        step(result, "release the stream", [&] { return stream.reset(); });
+        outline.giveBack();
+        stream.giveBack();
         step(result, "read DeleteMask", [&] { return preferences.readFlag(StrID_DeleteMask, &deleteMask); });
         if (deleteMask != 0) {
             step(result, "delete the mask",
                  [&] { return suites.MaskSuite5()->AEGP_DeleteMaskFromLayer(mask.get()); });
         }
-        step(result, "release the mask", [&] { return mask.reset(); });
+        mask.giveBack();
         step(result, "read Padding", [&] { return preferences.readFlag(StrID_Padding, &pad); });
         if (pad != 0) {
             step(result, "read PaddingAmount",
@@ -203,7 +196,7 @@ A_Err maskCrop(SPBasicSuite* basic, int pluginId) {
         });
         step(result, "select the layers",
              [&] { return suites.CompSuite7()->AEGP_SetSelection(parentComp, selection.get()); });
-        step(result, "release the selection", [&] { return selection.reset(); });
+        selection.giveBack();
         step(result, "end the undo group", [&] { return suites.UtilitySuite5()->AEGP_EndUndoGroup(); });
     });
 }

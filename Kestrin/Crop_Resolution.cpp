@@ -1,7 +1,6 @@
 // At which resolution to render: the composition's current one, or full.
 
 #include "Crop.h"
-#include "HostHandles.h"
 #include "Kestrin_Strings.h"
 #include "Operation.h"
 #include "Preferences.h"
@@ -43,25 +42,16 @@ void askForResolution(AEGP_SuiteHandler& suites, Result& result, int pluginId, s
     char script[2048] = "";
     static_assert(sizeof scripts::resolutionQuestion + sizeof longestWord <= sizeof script);
 
-    Memory answer(suites.MemorySuite1());
-    A_long chosen = numberOfAnswer("");  // for a host that gives no answer
+    AEGP_MemHandle answer = nullptr;  // left to the host
+    void* text = nullptr;
     cropUtil::SprintOS(script, sizeof script, scripts::resolutionQuestion, resolutionWord(xFactor));
     step(result, "ask for the resolution",
-         [&] { return cropUtil::RunScript(suites, pluginId, script, answer.put()); });
-    if (answer.get() != nullptr) {
-        void* text = nullptr;
-        step(result, "lock the answer",
-             [&] { return suites.MemorySuite1()->AEGP_LockMemHandle(answer.get(), &text); });
-        if (text != nullptr) {
-            chosen = numberOfAnswer(static_cast<const char*>(text));
-        }
-        step(result, "unlock the answer",
-             [&] { return suites.MemorySuite1()->AEGP_UnlockMemHandle(answer.get()); });
-        answer.release();  // the answer is left to the host
+         [&] { return cropUtil::RunScript(suites, pluginId, script, &answer); });
+    step(result, "lock the answer", [&] { return suites.MemorySuite1()->AEGP_LockMemHandle(answer, &text); });
+    if (text != nullptr) {
+        resChosen = numberOfAnswer(static_cast<const char*>(text));
     }
-    if (result.ok()) {
-        resChosen = chosen;
-    }
+    step(result, "unlock the answer", [&] { return suites.MemorySuite1()->AEGP_UnlockMemHandle(answer); });
 }
 
 }  // namespace

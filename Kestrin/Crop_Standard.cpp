@@ -27,7 +27,7 @@ class StandardCrop {
           expandAmount_(expandAmount),
           suites_(suites),
           result_(result),
-          selection_(suites.CollectionSuite2()) {}
+          selection_(suites, result) {}
 
     void run();
 
@@ -200,7 +200,7 @@ StandardCrop::Pass StandardCrop::crop(A_u_long index, bool includeMasks) {
         target.layer = selectedLayer(index);
         target.item = sourceOf(target.layer);
     }
-    RenderOptions options(suites_.RenderOptionsSuite3());
+    RenderOptions options(suites_, result_);
     step(result_, "create render options", [&] {
         return suites_.RenderOptionsSuite3()->AEGP_NewFromItem(pluginId_, target.item, options.put());
     });
@@ -243,50 +243,45 @@ StandardCrop::Pass StandardCrop::crop(A_u_long index, bool includeMasks) {
 
 // The layer's current time, or what its time remapping makes of it.
 A_Time StandardCrop::renderTimeOf(AEGP_LayerH layer) {
-    const AEGP_LayerSuite7* layers = suites_.LayerSuite7();
-    const AEGP_StreamSuite4* streams = suites_.StreamSuite4();
     A_Time time{0, 1};
     AEGP_LayerFlags flags = 0;
-    step(result_, "read the layer's switches", [&] { return layers->AEGP_GetLayerFlags(layer, &flags); });
-    if ((flags & AEGP_LayerFlag_TIME_REMAPPING) == 0) {
-        step(result_, "read the layer's time",
-             [&] { return layers->AEGP_GetLayerCurrentTime(layer, AEGP_LTimeMode_LayerTime, &time); });
-        return time;
-    }
-    Stream stream(streams);
-    StreamValue seconds(streams, pluginId_);
+    step(result_, "read the layer's switches",
+         [&] { return suites_.LayerSuite7()->AEGP_GetLayerFlags(layer, &flags); });
+    const bool remapped = (flags & AEGP_LayerFlag_TIME_REMAPPING) != 0;
+    const AEGP_LTimeMode mode = remapped ? AEGP_LTimeMode_CompTime : AEGP_LTimeMode_LayerTime;
     step(result_, "read the layer's time",
-         [&] { return layers->AEGP_GetLayerCurrentTime(layer, AEGP_LTimeMode_CompTime, &time); });
-    step(result_, "get the time remapping", [&] {
-        return streams->AEGP_GetNewLayerStream(pluginId_, layer, AEGP_LayerStream_TIME_REMAP, stream.put());
-    });
-    step(result_, "read the time remapping",
-         [&] { return seconds.read(stream.get(), AEGP_LTimeMode_CompTime, time, Expressions::applied); });
-    if (result_.ok()) {
-        time.value = truncateToLong(seconds.get()->val.one_d * time.scale);
+         [&] { return suites_.LayerSuite7()->AEGP_GetLayerCurrentTime(layer, mode, &time); });
+    if (remapped) {
+        Stream stream(suites_, result_);
+        StreamValue seconds(suites_, result_, pluginId_);
+        step(result_, "get the time remapping", [&] {
+            return suites_.StreamSuite4()->AEGP_GetNewLayerStream(pluginId_, layer, AEGP_LayerStream_TIME_REMAP,
+                                                                  stream.put());
+        });
+        seconds.read("read the time remapping", stream, mode, time, Expressions::applied);
+        if (result_.ok()) {
+            time.value = truncateToLong(seconds.get()->val.one_d * time.scale);
+        }
     }
-    step(result_, "release the value", [&] { return seconds.reset(); });
-    step(result_, "release the stream", [&] { return stream.reset(); });
     return time;
 }
 
 CroppingBounds StandardCrop::measure(AEGP_RenderOptionsH options, short xFactor, short yFactor,
                                      const A_FloatRect& region) {
-    const AEGP_RenderSuite3* renderer = suites_.RenderSuite3();
-    FrameReceipt frame(renderer);
+    FrameReceipt frame(suites_, result_);
     AEGP_WorldH world = nullptr;
     CroppingBounds bounds{};
-    step(result_, "render the frame",
-         [&] { return renderer->AEGP_RenderAndCheckoutFrame(options, nullptr, nullptr, frame.put()); });
+    step(result_, "render the frame", [&] {
+        return suites_.RenderSuite3()->AEGP_RenderAndCheckoutFrame(options, nullptr, nullptr, frame.put());
+    });
     step(result_, "get the frame's pixels",
-         [&] { return renderer->AEGP_GetReceiptWorld(frame.get(), &world); });
+         [&] { return suites_.RenderSuite3()->AEGP_GetReceiptWorld(frame.get(), &world); });
     if (expandAmount_ != 0) {
         bounds = expandedFrame(world);
     } else {
         step(result_, "find the visible content",
              [&] { return findCropBounds(basic_, &world, xFactor, yFactor, &bounds, region); });
     }
-    step(result_, "check the frame in", [&] { return frame.reset(); });
     return bounds;
 }
 

@@ -20,33 +20,29 @@ struct Correction {
 // Over the segments, not the vertices: an open outline keeps its last vertex.
 void correctOutline(AEGP_SuiteHandler& suites, Result& result, AEGP_MaskOutlineValH outline,
                     const Correction& correction) {
-    const AEGP_MaskOutlineSuite2* outlines = suites.MaskOutlineSuite2();
     A_long segmentCount = 0;
     step(result, "count the outline's segments",
-         [&] { return outlines->AEGP_GetMaskOutlineNumSegments(outline, &segmentCount); });
+         [&] { return suites.MaskOutlineSuite2()->AEGP_GetMaskOutlineNumSegments(outline, &segmentCount); });
     for (A_long i = 0; i < segmentCount && result.ok(); ++i) {
         AEGP_MaskVertex vertex{};
         step(result, "read a vertex",
-             [&] { return outlines->AEGP_GetMaskOutlineVertexInfo(outline, i, &vertex); });
+             [&] { return suites.MaskOutlineSuite2()->AEGP_GetMaskOutlineVertexInfo(outline, i, &vertex); });
         step(result, "write a vertex", [&] {
             vertex = corrected(vertex, correction.use, correction.bounds);
-            return outlines->AEGP_SetMaskOutlineVertexInfo(outline, i, &vertex);
+            return suites.MaskOutlineSuite2()->AEGP_SetMaskOutlineVertexInfo(outline, i, &vertex);
         });
     }
 }
 
 void correctMask(AEGP_SuiteHandler& suites, Result& result, int pluginId, AEGP_LayerH layer, A_long maskIndex,
                  const Correction& correction) {
-    const AEGP_StreamSuite4* streams = suites.StreamSuite4();
-    const AEGP_KeyframeSuite4* keyframes = suites.KeyframeSuite4();
-    Mask mask(suites.MaskSuite5());
-    Stream stream(streams);
-    StreamValue outline(streams, pluginId);
+    Mask mask(suites, result);
+    Stream stream(suites, result);
+    StreamValue outline(suites, result, pluginId);
     A_long keyframeCount = 0;
 
     const auto readAndCorrect = [&](A_Time time) {
-        step(result, "read the outline",
-             [&] { return outline.read(stream.get(), AEGP_LTimeMode_LayerTime, time, Expressions::before); });
+        outline.read("read the outline", stream, AEGP_LTimeMode_LayerTime, time, Expressions::before);
         if (result.ok()) {
             correctOutline(suites, result, outline.get()->val.mask, correction);
         }
@@ -55,26 +51,26 @@ void correctMask(AEGP_SuiteHandler& suites, Result& result, int pluginId, AEGP_L
     step(result, "get the mask",
          [&] { return suites.MaskSuite5()->AEGP_GetLayerMaskByIndex(layer, maskIndex, mask.put()); });
     step(result, "get the mask's outline", [&] {
-        return streams->AEGP_GetNewMaskStream(pluginId, mask.get(), AEGP_MaskStream_OUTLINE, stream.put());
+        return suites.StreamSuite4()->AEGP_GetNewMaskStream(pluginId, mask.get(), AEGP_MaskStream_OUTLINE,
+                                                            stream.put());
     });
     step(result, "count its keyframes",
-         [&] { return keyframes->AEGP_GetStreamNumKFs(stream.get(), &keyframeCount); });
+         [&] { return suites.KeyframeSuite4()->AEGP_GetStreamNumKFs(stream.get(), &keyframeCount); });
     if (keyframeCount <= 0) {
         readAndCorrect(correction.time);
         step(result, "write the outline",
-             [&] { return streams->AEGP_SetStreamValue(pluginId, stream.get(), outline.get()); });
+             [&] { return suites.StreamSuite4()->AEGP_SetStreamValue(pluginId, stream.get(), outline.get()); });
     }
     for (A_long i = 0; i < keyframeCount && result.ok(); ++i) {
         A_Time time{0, 1};
-        step(result, "read a keyframe's time",
-             [&] { return keyframes->AEGP_GetKeyframeTime(stream.get(), i, AEGP_LTimeMode_LayerTime, &time); });
+        step(result, "read a keyframe's time", [&] {
+            return suites.KeyframeSuite4()->AEGP_GetKeyframeTime(stream.get(), i, AEGP_LTimeMode_LayerTime,
+                                                                 &time);
+        });
         readAndCorrect(time);
         step(result, "write a keyframe's outline",
-             [&] { return keyframes->AEGP_SetKeyframeValue(stream.get(), i, outline.get()); });
+             [&] { return suites.KeyframeSuite4()->AEGP_SetKeyframeValue(stream.get(), i, outline.get()); });
     }
-    step(result, "release the outline", [&] { return outline.reset(); });
-    step(result, "release the stream", [&] { return stream.reset(); });
-    step(result, "release the mask", [&] { return mask.reset(); });
 }
 
 }  // namespace

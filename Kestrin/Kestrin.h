@@ -43,7 +43,7 @@ A_Err CommandHook(AEGP_GlobalRefcon plugin_refconP, AEGP_CommandRefcon refconP, 
                   AEGP_HookPriority hook_priority, A_Boolean already_handledB, A_Boolean* handledPB);
 
 // Works out what can run and enables or disables the menu entry for the current mode. The arguments are not
-// used. Returns the first host failure.
+// used. Returns the first host failure; the entry is enabled or disabled also then.
 A_Err UpdateMenuHook(AEGP_GlobalRefcon plugin_refconP, AEGP_UpdateMenuRefcon refconP,
                      AEGP_WindowType active_window);
 

@@ -78,14 +78,11 @@ void showPreferences(AEGP_SuiteHandler& suites, Result& result) {
                   "the preferences dialog does not fit its buffer; a shorter KESTRIN_HELP_PAGE may help");
 
     Preferences preferences(suites);
-    AEGP_MemHandle answer = nullptr;
+    Memory answer(suites, result);
     step(result, "open the preferences", [&] { return preferences.open(); });
     std::memcpy(script, scripts::preferences, sizeof scripts::preferences);
     step(result, "show the preferences dialog",
-         [&] { return cropUtil::RunScript(suites, S_my_id, script, &answer); });
-    if (answer != nullptr) {
-        step(result, "free the answer", [&] { return suites.MemorySuite1()->AEGP_FreeMemHandle(answer); });
-    }
+         [&] { return cropUtil::RunScript(suites, S_my_id, script, answer.put()); });
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 // The menu hook: what the project, the active item and the selection allow.
 
-#include <optional>
-
 #include "HostHandles.h"
 #include "Kestrin.h"
 #include "Kestrin_Strings.h"
@@ -48,6 +46,9 @@ void inspectSelection(AEGP_SuiteHandler& suites, Result& result, AEGP_Collection
         AEGP_CollectionItemV2 item{};
         step(result, "get a selected item",
              [&] { return suites.CollectionSuite2()->AEGP_GetCollectionItemByIndex(selection, i, &item); });
+        if (!result.ok()) {
+            return;
+        }
         if (item.type == AEGP_CollectionItemType_LAYER && cropUtil::LayerIsPrecomp(sP, item.u.layer.layerH)) {
             countPrecompLayer(suites, result, item.u.layer.layerH, selectedCount, counts);
         } else if (item.type == AEGP_CollectionItemType_MASK) {
@@ -59,20 +60,19 @@ void inspectSelection(AEGP_SuiteHandler& suites, Result& result, AEGP_Collection
     }
 }
 
-void inspectComp(AEGP_SuiteHandler& suites, Result& result, AEGP_ItemH item,
-                 std::optional<Collection>& selection, Counts& counts) {
-    selection.emplace(suites.CollectionSuite2());
+void inspectComp(AEGP_SuiteHandler& suites, Result& result, AEGP_ItemH item, Collection& selection,
+                 Counts& counts) {
     AEGP_CompH comp = nullptr;
     A_u_long selectedCount = 0;
     step(result, "get the composition", [&] { return suites.CompSuite7()->AEGP_GetCompFromItem(item, &comp); });
     step(result, "get the selection", [&] {
-        return suites.CompSuite7()->AEGP_GetNewCollectionFromCompSelection(S_my_id, comp, selection->put());
+        return suites.CompSuite7()->AEGP_GetNewCollectionFromCompSelection(S_my_id, comp, selection.put());
     });
     step(result, "count the selection", [&] {
-        return suites.CollectionSuite2()->AEGP_GetCollectionNumItems(selection->get(), &selectedCount);
+        return suites.CollectionSuite2()->AEGP_GetCollectionNumItems(selection.get(), &selectedCount);
     });
     if (selectedCount > 0) {
-        inspectSelection(suites, result, selection->get(), selectedCount, counts);
+        inspectSelection(suites, result, selection.get(), selectedCount, counts);
     } else {
         A_long layerCount = 0;
         step(result, "count the layers",
@@ -111,7 +111,7 @@ A_Err UpdateMenuHook(AEGP_GlobalRefcon, AEGP_UpdateMenuRefcon, AEGP_WindowType) 
         durationMenuStrId = StrID_KestrinDuration;
         // maskCrop keeps its value unless a step below writes it.
 
-        std::optional<Collection> selection;  // of an active composition
+        Collection selection(suites, result);  // of an active composition; given back last
         AEGP_ItemH active = nullptr;
         AEGP_ItemType type = AEGP_ItemType_NONE;
         step(result, "get the active item", [&] { return suites.ItemSuite8()->AEGP_GetActiveItem(&active); });
@@ -134,10 +134,5 @@ A_Err UpdateMenuHook(AEGP_GlobalRefcon, AEGP_UpdateMenuRefcon, AEGP_WindowType) 
         // Also after a failure, on the flags as far as they were worked out.
         const bool enable = (preferencesActive && !maskCropActive) || (counts.enable && currentModeCanRun());
         cropUtil::EnableDisableMenu(sP, S_Kestrin_cmd, enable);
-
-        if (selection) {
-            step(result, "dispose of the selection", [&] { return selection->reset(); });
-            selection->release();  // after a failure it is not given back
-        }
     });
 }

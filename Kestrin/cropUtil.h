@@ -1,8 +1,9 @@
 // Layer and composition utilities of the crops.
 //
 // Each operation takes the host's basic suite, acquires what it needs for the length of the call and returns
-// the first failure (516 for a missing suite), or 0. After a failure no further host call is made. Handles
-// given in stay the caller's. Main thread only; nothing is shown to the user unless said.
+// the first failure (516 for a missing suite), or 0. After a failure no further host call is made; handles of
+// the operation's own are left to the host. Handles given in stay the caller's. Main thread only; nothing is
+// shown to the user unless said.
 
 #pragma once
 

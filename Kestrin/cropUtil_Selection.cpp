@@ -30,6 +30,9 @@ A_Err cropUtil::RemoveNonPrecomps(SPBasicSuite* basic, AEGP_Collection2H* select
             step(result, "get a selected item", [&] {
                 return suites.CollectionSuite2()->AEGP_GetCollectionItemByIndex(*selection, index, &item);
             });
+            if (!result.ok()) {
+                break;
+            }
             if (item.type == AEGP_CollectionItemType_LAYER && LayerIsPrecomp(basic, item.u.layer.layerH)) {
                 ++index;
             } else {

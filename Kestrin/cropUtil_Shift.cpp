@@ -1,6 +1,4 @@
 // The layer geometry that the crops change: Position and Anchor Point.
-//
-// Unlike elsewhere, streams and values are not given back here once a call has failed.
 
 #include "HostHandles.h"
 #include "Operation.h"
@@ -12,24 +10,19 @@ A_Err cropUtil::ShiftLayerPosition(SPBasicSuite* basic, int pluginId, AEGP_Layer
         return A_Err_PARAMETER;
     }
     return operation(basic, [&](AEGP_SuiteHandler& suites, Result& result) {
-        const AEGP_StreamSuite4* streams = suites.StreamSuite4();
-        Stream stream(streams);
-        StreamValue value(streams, pluginId);
+        Stream stream(suites, result);
+        StreamValue value(suites, result, pluginId);
         step(result, "get the Position", [&] {
-            return streams->AEGP_GetNewLayerStream(pluginId, *layer, AEGP_LayerStream_POSITION, stream.put());
+            return suites.StreamSuite4()->AEGP_GetNewLayerStream(pluginId, *layer, AEGP_LayerStream_POSITION,
+                                                                 stream.put());
         });
-        step(result, "read the Position",
-             [&] { return value.read(stream.get(), AEGP_LTimeMode_CompTime, time, Expressions::before); });
+        value.read("read the Position", stream, AEGP_LTimeMode_CompTime, time, Expressions::before);
         step(result, "write the Position", [&] {
             AEGP_ThreeDVal& position = value.get()->val.three_d;
             position = absolute != 0 ? AEGP_ThreeDVal{dx, dy, dz}
                                      : AEGP_ThreeDVal{position.x + dx, position.y + dy, position.z + dz};
-            return streams->AEGP_SetStreamValue(pluginId, stream.get(), value.get());
+            return suites.StreamSuite4()->AEGP_SetStreamValue(pluginId, stream.get(), value.get());
         });
-        step(result, "release the value", [&] { return value.reset(); });
-        step(result, "release the stream", [&] { return stream.reset(); });
-        value.release();  // not given back after a failure
-        stream.release();
     });
 }
 
@@ -37,10 +30,8 @@ A_Err cropUtil::ShiftLayerXY(SPBasicSuite* basic, int pluginId, AEGP_LayerH laye
                              double yOffset, double zFactor, double xDivisor, double yDivisor,
                              double xSizeChange, double ySizeChange) {
     return operation(basic, [&](AEGP_SuiteHandler& suites, Result& result) {
-        const AEGP_StreamSuite4* streams = suites.StreamSuite4();
-        const AEGP_KeyframeSuite4* keyframes = suites.KeyframeSuite4();
-        Stream stream(streams);
-        StreamValue value(streams, pluginId);
+        Stream stream(suites, result);
+        StreamValue value(suites, result, pluginId);
         A_Boolean is3D = 0;  // asked for a static Anchor Point only: a keyframed one keeps its z
         A_long keyframeCount = 0;
 
@@ -54,86 +45,71 @@ A_Err cropUtil::ShiftLayerXY(SPBasicSuite* basic, int pluginId, AEGP_LayerH laye
         };
 
         step(result, "get the Anchor Point", [&] {
-            return streams->AEGP_GetNewLayerStream(pluginId, layer, AEGP_LayerStream_ANCHORPOINT, stream.put());
+            return suites.StreamSuite4()->AEGP_GetNewLayerStream(pluginId, layer, AEGP_LayerStream_ANCHORPOINT,
+                                                                 stream.put());
         });
         step(result, "count its keyframes",
-             [&] { return keyframes->AEGP_GetStreamNumKFs(stream.get(), &keyframeCount); });
+             [&] { return suites.KeyframeSuite4()->AEGP_GetStreamNumKFs(stream.get(), &keyframeCount); });
 
         for (A_long i = 0; i < keyframeCount && result.ok(); ++i) {
             A_Time time{0, 1};
             AEGP_KeyframeInterpolationType in = AEGP_KeyInterp_NONE;
             AEGP_KeyframeInterpolationType out = AEGP_KeyInterp_NONE;
             step(result, "read a keyframe's time", [&] {
-                return keyframes->AEGP_GetKeyframeTime(stream.get(), i, AEGP_LTimeMode_LayerTime, &time);
+                return suites.KeyframeSuite4()->AEGP_GetKeyframeTime(stream.get(), i, AEGP_LTimeMode_LayerTime,
+                                                                     &time);
             });
-            step(result, "read a keyframe's value",
-                 [&] { return value.read(stream.get(), AEGP_LTimeMode_LayerTime, time, Expressions::before); });
-            step(result, "read a keyframe's interpolation",
-                 [&] { return keyframes->AEGP_GetKeyframeInterpolation(stream.get(), i, &in, &out); });
+            value.read("read a keyframe's value", stream, AEGP_LTimeMode_LayerTime, time, Expressions::before);
+            step(result, "read a keyframe's interpolation", [&] {
+                return suites.KeyframeSuite4()->AEGP_GetKeyframeInterpolation(stream.get(), i, &in, &out);
+            });
             step(result, "set a keyframe to linear", [&] {
-                return keyframes->AEGP_SetKeyframeInterpolation(stream.get(), i, AEGP_KeyInterp_LINEAR,
-                                                                AEGP_KeyInterp_LINEAR);
+                return suites.KeyframeSuite4()->AEGP_SetKeyframeInterpolation(
+                    stream.get(), i, AEGP_KeyInterp_LINEAR, AEGP_KeyInterp_LINEAR);
             });
             step(result, "write a keyframe's value", [&] {
                 correct();
-                return keyframes->AEGP_SetKeyframeValue(stream.get(), i, value.get());
+                return suites.KeyframeSuite4()->AEGP_SetKeyframeValue(stream.get(), i, value.get());
             });
-            step(result, "set a keyframe's interpolation back",
-                 [&] { return keyframes->AEGP_SetKeyframeInterpolation(stream.get(), i, in, out); });
+            step(result, "set a keyframe's interpolation back", [&] {
+                return suites.KeyframeSuite4()->AEGP_SetKeyframeInterpolation(stream.get(), i, in, out);
+            });
         }
 
         if (keyframeCount <= 0) {
-            step(result, "read the Anchor Point", [&] {
-                return value.read(stream.get(), AEGP_LTimeMode_LayerTime, A_Time{0, 1}, Expressions::before);
-            });
+            value.read("read the Anchor Point", stream, AEGP_LTimeMode_LayerTime, A_Time{0, 1},
+                       Expressions::before);
             step(result, "ask whether the layer is 3D",
                  [&] { return suites.LayerSuite7()->AEGP_IsLayer3D(layer, &is3D); });
             step(result, "write the Anchor Point", [&] {
                 correct();
-                return streams->AEGP_SetStreamValue(pluginId, stream.get(), value.get());
+                return suites.StreamSuite4()->AEGP_SetStreamValue(pluginId, stream.get(), value.get());
             });
         }
-        step(result, "release the value", [&] { return value.reset(); });
-        step(result, "release the stream", [&] { return stream.reset(); });
-        value.release();  // not given back after a failure
-        stream.release();
     });
 }
 
 A_Err cropUtil::GetAnchorPointDif(SPBasicSuite* basic, int pluginId, AEGP_LayerH layer, A_Time time,
                                   AEGP_ThreeDVal* difference) {
     return operation(basic, [&](AEGP_SuiteHandler& suites, Result& result) {
-        const AEGP_StreamSuite4* streams = suites.StreamSuite4();
-        Stream anchorStream(streams);
-        Stream positionStream(streams);
-        StreamValue anchor(streams, pluginId);
-        StreamValue position(streams, pluginId);
+        Stream anchorStream(suites, result);
+        Stream positionStream(suites, result);
+        StreamValue anchor(suites, result, pluginId);
+        StreamValue position(suites, result, pluginId);
         step(result, "get the Anchor Point", [&] {
-            return streams->AEGP_GetNewLayerStream(pluginId, layer, AEGP_LayerStream_ANCHORPOINT,
-                                                   anchorStream.put());
+            return suites.StreamSuite4()->AEGP_GetNewLayerStream(pluginId, layer, AEGP_LayerStream_ANCHORPOINT,
+                                                                 anchorStream.put());
         });
         step(result, "get the Position", [&] {
-            return streams->AEGP_GetNewLayerStream(pluginId, layer, AEGP_LayerStream_POSITION,
-                                                   positionStream.put());
+            return suites.StreamSuite4()->AEGP_GetNewLayerStream(pluginId, layer, AEGP_LayerStream_POSITION,
+                                                                 positionStream.put());
         });
-        step(result, "read the Anchor Point", [&] {
-            return anchor.read(anchorStream.get(), AEGP_LTimeMode_LayerTime, time, Expressions::before);
-        });
-        step(result, "read the Position", [&] {
-            return position.read(positionStream.get(), AEGP_LTimeMode_LayerTime, time, Expressions::before);
-        });
+        anchor.read("read the Anchor Point", anchorStream, AEGP_LTimeMode_LayerTime, time, Expressions::before);
+        position.read("read the Position", positionStream, AEGP_LTimeMode_LayerTime, time, Expressions::before);
         if (result.ok()) {
             const AEGP_ThreeDVal& p = position.get()->val.three_d;
             const AEGP_ThreeDVal& a = anchor.get()->val.three_d;
             *difference = {p.x - a.x, p.y - a.y, p.z - a.z};
         }
-        step(result, "release the Anchor Point's value", [&] { return anchor.reset(); });
-        step(result, "release the Position's value", [&] { return position.reset(); });
-        step(result, "release the Anchor Point", [&] { return anchorStream.reset(); });
-        step(result, "release the Position", [&] { return positionStream.reset(); });
-        anchor.release();  // not given back after a failure
-        position.release();
-        anchorStream.release();
-        positionStream.release();
     });
 }

@@ -20,20 +20,16 @@ constexpr A_long preCompose = 1;
 constexpr A_long leaveAsIs = 2;
 
 void askAboutThreeD(AEGP_SuiteHandler& suites, Result& result, int pluginId) {
-    Memory answer(suites.MemorySuite1());
+    Memory answer(suites, result);  // freed without being unlocked first
     void* text = nullptr;
     step(result, "ask about 3D layers",
          [&] { return cropUtil::RunScript(suites, pluginId, scripts::threeDQuestion, answer.put()); });
-    if (answer.get() != nullptr) {
-        step(result, "lock the answer",
-             [&] { return suites.MemorySuite1()->AEGP_LockMemHandle(answer.get(), &text); });
-    }
+    step(result, "lock the answer",
+         [&] { return suites.MemorySuite1()->AEGP_LockMemHandle(answer.get(), &text); });
     if (result.ok()) {
         const bool yes = text != nullptr && *static_cast<const char*>(text) == 't';
         threeDPref = yes ? preCompose : leaveAsIs;
     }
-    // Freed without being unlocked first.
-    step(result, "free the answer", [&] { return answer.reset(); });
 }
 
 }  // namespace
@@ -117,7 +113,7 @@ A_Err cropUtil::PreCompose(int pluginId, SPBasicSuite* basic, AEGP_CompH comp, u
         AEGP_CompH duplicate = nullptr;
         AEGP_ItemH duplicateItem = nullptr;
         AEGP_ItemH item = nullptr;
-        Memory name(suites.MemorySuite1());
+        Memory name(suites, result);
         void* locked = nullptr;
         step(result, "duplicate the composition",
              [&] { return suites.CompSuite7()->AEGP_DuplicateComp(comp, &duplicate); });
@@ -143,10 +139,7 @@ A_Err cropUtil::PreCompose(int pluginId, SPBasicSuite* basic, AEGP_CompH comp, u
         });
         step(result, "unlock the name",
              [&] { return suites.MemorySuite1()->AEGP_UnlockMemHandle(name.get()); });
-        step(result, "free the name", [&] { return name.reset(); });
-        if (!result.ok() && locked != nullptr && name.get() != nullptr) {
-            suites.MemorySuite1()->AEGP_UnlockMemHandle(name.get());  // its owner frees it
-        }
+        name.giveBack();
 
         for (unsigned int i = 0; i < numLayers && result.ok(); ++i) {
             AEGP_LayerH top = nullptr;

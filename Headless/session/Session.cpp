@@ -128,6 +128,7 @@ A_Err Session::callHook(const char* what, const std::function<A_Err()>& hook) {
     }
     if (error != A_Err_NONE) {
         history.rollBackTo(stepsBefore);
+        letGo();
         addMessage(
             {Message::Kind::Error, what,
              "the plug-in reported error " + std::to_string(error) + "; the project is as it was before"});
@@ -135,6 +136,18 @@ A_Err Session::callHook(const char* what, const std::function<A_Err()>& hook) {
     while (history.end()) {
     }
     return error;
+}
+
+void Session::letGo() {
+    masks.clear();
+    streams.clear();
+    outlines.clear();
+    collections.clear();
+    options.clear();
+    receipts.clear();
+    worlds.clear();
+    memory.clear();
+    values.clear();
 }
 
 void Session::requireRegistering() const {

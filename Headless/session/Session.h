@@ -101,7 +101,8 @@ class Session final : private script::ScriptHost {
     const CallRecord& calls() const { return calls_; }
     void clearCalls() { calls_ = {}; }
     HeldThings held() const;
-    // One line for each thing that is still held, and each suite that is still acquired.
+    // One line for each thing that is still held, and each suite that is still acquired. A hook that fails
+    // leaves what it held to the host; suites it releases.
     std::vector<std::string> stillOpen() const;
     int undoMismatches() const { return undoMismatches_; }
     const std::vector<std::string>& scriptsRun() const { return scriptsRun_; }
@@ -233,8 +234,10 @@ class Session final : private script::ScriptHost {
         AEGP_CommandRefcon refcon;
     };
 
-    // Calls into the plug-in; around the outermost call, undo groups are put in order.
+    // Calls into the plug-in. After the outermost call, undo groups are put in order; after one that failed,
+    // the project is put back and what the plug-in still held is let go.
     A_Err callHook(const char* what, const std::function<A_Err()>& hook);
+    void letGo();
     void requireRegistering() const;
 
     // script::ScriptHost

@@ -91,13 +91,15 @@ class HandleTable {
 
     Thing& at(std::uintptr_t handle) { return *slotAt(handle).thing; }
 
-    void remove(std::uintptr_t handle) {
-        Slot& slot = slotAt(handle);
-        slot.thing.reset();
-        if (++slot.generation != 0) {  // else an old handle would become good again
-            free_.push_back(static_cast<std::uint32_t>(&slot - slots_.data()));
+    void remove(std::uintptr_t handle) { free(static_cast<std::size_t>(&slotAt(handle) - slots_.data())); }
+
+    // All that is still held.
+    void clear() {
+        for (std::size_t i = 0; i < slots_.size(); ++i) {
+            if (slots_[i].thing) {
+                free(i);
+            }
         }
-        --live_;
     }
 
     int live() const { return live_; }
@@ -117,6 +119,15 @@ class HandleTable {
         std::uint16_t generation = 1;
         const char* madeBy = "";
     };
+
+    void free(std::size_t index) {
+        Slot& slot = slots_[index];
+        slot.thing.reset();
+        if (++slot.generation != 0) {  // else an old handle would become good again
+            free_.push_back(static_cast<std::uint32_t>(index));
+        }
+        --live_;
+    }
 
     Slot& slotAt(std::uintptr_t handle) {
         const std::uint64_t number = handleNumber(kind_, handle);

@@ -132,35 +132,5 @@ TEST_F(Menu, ThePanelsRequestsRunOnceAndOnlyWhereTheSelectionAllows) {
     expectNothingOpen();
 }
 
-// Whatever fails, the entry's state is set and nothing is left acquired.
-TEST_F(Menu, EachFailingCallOfTheHooksIsReportedAndForgotten) {
-    for (const int request : {0, 1, 3}) {
-        for (std::uint64_t call = 1;; ++call) {
-            SetUp();
-            select({"Masked"});
-            answers.answer("Choose Mask", "OK");
-            session->openMenu();
-            session->holdKeys(true, request == 0);
-            session->tick();
-            preferences().setLong(section, "Panel_Run", request);
-            preferences().setLong(section, "Menu_Cmd", session->pluginCommand());
-            session->clearCalls();
-            session->failCall({call, 77});
-            const A_Err error = session->tick();
-            if (session->calls().total < call) {
-                EXPECT_EQ(error, 0);
-                break;
-            }
-            EXPECT_TRUE(error == 77 || error == 0) << error << " at call " << call;
-            if (error != 0) {
-                EXPECT_EQ(project().write(), opened) << "call " << call;
-            }
-            for (const std::string& line : session->stillOpen()) {
-                EXPECT_FALSE(line.starts_with("suite")) << line;
-            }
-        }
-    }
-}
-
 }  // namespace
 }  // namespace kestrin_test
