@@ -41,7 +41,7 @@ bool isKeyframed(const Json& property) {
 
 Vec3 readVector(const Json& json, const std::string& path) {
     if (json.is_number()) {
-        return {json.get<double>(), 0, 0};
+        return {number(json, path), 0, 0};
     }
     if (!json.is_array()) {
         fail(path, "a list of numbers is needed here");

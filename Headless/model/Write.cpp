@@ -31,7 +31,9 @@ Json newLayerJson(const Layer& layer) {
                  {"nm", layer.name},
                  {"sr", jsonNumber(layer.stretch)}};
     if (!layer.reference.empty()) {
-        json["refId"] = layer.reference;
+        // A number where the asset has one for its id.
+        const Comp* shown = layer.source != nullptr ? layer.source->comp.get() : nullptr;
+        json["refId"] = shown != nullptr ? parseValue(shown->shell)["id"] : Json(layer.reference);
     }
     if (layer.type == LayerType::Precomp) {
         json["w"] = layer.useSize.width;
@@ -147,9 +149,9 @@ void Project::writeComp(const Comp& comp, std::string& out) const {
     if (comp.nameGiven) {
         shell["nm"] = comp.item->name;
     }
-    if (!isRoot) {
+    if (!isRoot && assetIdOf(shell) != comp.assetId) {
         shell["id"] = comp.assetId;
-    } else if (!shell.contains("assets")) {
+    } else if (isRoot && !shell.contains("assets")) {
         shell["assets"] = Json::array();
     }
     out += '{';
