@@ -98,6 +98,7 @@ class Reader {
 
     void read() {
         parse();
+        readSlottedLayers();
         readRoot();
         readAssets();
         linkLayers();
@@ -115,6 +116,10 @@ class Reader {
         std::vector<LayerPtr> layers;
         std::vector<std::optional<int>> parents;
     };
+    // Of `lists_`: what it says is known only where the slots are, at any place of the document.
+    struct SlottedLayer {
+        std::size_t list = 0, place = 0;
+    };
 
     void parse() {
         shell_ = parseDocument(project_.text_, [this](int asset, const Json& layer, std::string_view text) {
@@ -131,17 +136,41 @@ class Reader {
         }
         LayerList& list = lists_.back();
         auto layer = std::make_shared<Layer>();
-        std::optional<int> parent;
-        const std::string path = pathOf(list, list.layers.size());
-        readLayer(json, path, *layer, parent);
-        layer->masks = readMasks(json, path);
         layer->text = text;
+        layer->slotted = slottedParts(json);
+        list.layers.push_back(layer);
+        list.parents.emplace_back();
+        if (layer->slotted.any) {
+            slotted_.push_back({lists_.size() - 1, list.layers.size() - 1});
+        } else {
+            readFields(json, list, list.layers.size() - 1);
+        }
+    }
+
+    void readSlottedLayers() {
+        if (slotted_.empty()) {
+            return;
+        }
+        if (const auto found = shell_.find("slots"); found != shell_.end()) {
+            project_.slots_ = Slots(*found);
+        }
+        std::uint64_t added = 0;
+        for (const auto& [list, place] : slotted_) {
+            Json json = parseValue(lists_[list].layers[place]->text);
+            project_.slots_.putInto(json, added);
+            readFields(json, lists_[list], place);
+        }
+    }
+
+    static void readFields(const Json& json, LayerList& list, std::size_t place) {
+        Layer& layer = *list.layers[place];
+        const std::string path = pathOf(list, place);
+        readLayer(json, path, layer, list.parents[place]);
+        layer.masks = readMasks(json, path);
         const LayerRole role = readRole(json);
-        layer->matte = role.matte;
-        layer->matteSource = role.matteSource;
-        layer->isMatteSource = role.isMatteSource;
-        list.layers.push_back(std::move(layer));
-        list.parents.push_back(parent);
+        layer.matte = role.matte;
+        layer.matteSource = role.matteSource;
+        layer.isMatteSource = role.isMatteSource;
     }
 
     static std::string pathOf(const LayerList& list, std::size_t index) {
@@ -222,6 +251,7 @@ class Reader {
                 image->kind = asset.contains("w") ? Item::Kind::Image : Item::Kind::Audio;
                 image->name = textAt(asset, "nm").empty() ? id : textAt(asset, "nm");
                 image->size = {wholeSizeOr0(asset, "w", path), wholeSizeOr0(asset, "h", path)};
+                image->isSlotted = asset.contains("sid");
                 checkImage(asset, path);
                 item = image.get();
                 project_.items.push_back(std::move(image));
@@ -543,6 +573,7 @@ class Reader {
     Json shell_, assets_;
     std::uint64_t picturesSize_ = 0;
     std::vector<LayerList> lists_;
+    std::vector<SlottedLayer> slotted_;
     std::unordered_map<std::string, Item*> assetItems_;
     std::vector<Comp*> compOfPlace_;  // of those assets that are compositions
 };
