@@ -109,7 +109,8 @@ Json rewrittenItem(const Json& item, const std::string& type, const Clock& clock
     if (type == "gr") result["it"] = rewrittenItems(memberOf(item, "it"), clock, depth + 1);
     if (type == "sr") halveRotation(result);
     if (type == "sh" && isSet(item, "closed")) closePaths(result);
-    if (const Json& list = memberOf(item, "d"); list.is_array()) result["d"] = dashes(list, clock);
+    const bool isStroke = type == "st" || type == "gs";
+    if (const Json& list = memberOf(item, "d"); isStroke && list.is_array()) result["d"] = dashes(list, clock);
     if (const Json& gradient = memberOf(item, "g"); gradient.is_object()) {
         rewriteMembers(result["g"], gradient, {{"p", Kind::Integer}, {"k", Kind::Stops}}, clock);
     }
