@@ -11,6 +11,7 @@ namespace {
 
 constexpr double largestNumber = 1e30;  // what a 32-bit float can still multiply
 constexpr std::size_t deepestJson = 256;
+constexpr std::size_t mostValues = 10'000'000;  // in memory at once, each taking many times its text
 constexpr std::size_t fewMembers = 16;  // of an object: looking through them all takes no longer than a table
 
 // Walks over the text and leaves its place where the parser can see it.
@@ -64,6 +65,7 @@ class Parser final : public nlohmann::json_sax<Json> {
         if (takeLayer_ != nullptr && layerList() != notInList) {
             layerDepth_ = levels_.size();
             layerBegin_ = place_ - 1;
+            valuesAround_ = valueCount_;
         }
         begin(true);
         return true;
@@ -87,6 +89,7 @@ class Parser final : public nlohmann::json_sax<Json> {
             return add(std::move(object));
         }
         layerDepth_ = noLayer;
+        valueCount_ = valuesAround_;
         (*takeLayer_)(layerList(), std::move(object),
                       {layerBegin_, static_cast<std::size_t>(place_ - layerBegin_)});
         return true;
@@ -169,6 +172,11 @@ class Parser final : public nlohmann::json_sax<Json> {
     std::ptrdiff_t line() const { return 1 + std::count(text_.data(), place_, '\n'); }
 
     bool add(Json value) {
+        if (++valueCount_ > mostValues) {
+            throw ProjectError("line " + std::to_string(line()) + ": " +
+                               (layerDepth_ != noLayer ? "a layer" : "the file beside its layers") +
+                               " has more than " + std::to_string(mostValues) + " values");
+        }
         values_.push_back(std::move(value));
         return true;
     }
@@ -201,7 +209,9 @@ class Parser final : public nlohmann::json_sax<Json> {
     std::vector<Level> levels_;
     std::vector<Json> values_;        // of all levels
     std::vector<std::string> names_;  // of those that stand in objects
+    std::size_t valueCount_ = 0;      // those inside of others too
     const char* layerBegin_ = nullptr;
+    std::size_t valuesAround_ = 0;
     std::size_t layerDepth_ = noLayer;  // of the layer that is being read
 };
 

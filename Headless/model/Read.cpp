@@ -22,7 +22,8 @@ constexpr double largestFrame = 2'000'000;  // keeps every time inside the host'
 constexpr double largestFrameRate = 1'000;
 constexpr int deepestNesting = 20;                    // beyond it the renderer draws nothing
 constexpr double mostExpandedLayers = 2'000'000;      // with each use of a composition counted anew
-constexpr std::uint64_t largestPictures = 512 << 20;  // of those that come with the file, in bytes
+constexpr std::size_t mostLayers = 500'000;           // in the file, and as many assets
+constexpr std::uint64_t largestPictures = 128 << 20;  // of those that come with the file, in bytes
 
 [[noreturn]] void fail(const std::string& path, const std::string& what) {
     throw ProjectError(path + ": " + what);
@@ -135,6 +136,10 @@ class Reader {
             lists_.push_back({asset, {}, {}});
         }
         LayerList& list = lists_.back();
+        if (++layerCount_ > mostLayers) {
+            fail(pathOf(list, list.layers.size()),
+                 "the file has more than " + std::to_string(mostLayers) + " layers");
+        }
         auto layer = std::make_shared<Layer>();
         layer->text = text;
         layer->slotted = slottedParts(json);
@@ -199,6 +204,9 @@ class Reader {
         }
         if (!assets_.is_null() && !assets_.is_array()) {
             fail("assets", "a list is needed here");
+        }
+        if (assets_.size() > mostLayers) {
+            fail("assets", "the file has more than " + std::to_string(mostLayers) + " assets");
         }
         if (!shell_["layers"].empty()) {
             fail("layers[" + std::to_string(shell_["layers"].size() - 1) + "]", "a layer must be an object");
@@ -574,6 +582,7 @@ class Reader {
     std::uint64_t picturesSize_ = 0;
     std::vector<LayerList> lists_;
     std::vector<SlottedLayer> slotted_;
+    std::size_t layerCount_ = 0;
     std::unordered_map<std::string, Item*> assetItems_;
     std::vector<Comp*> compOfPlace_;  // of those assets that are compositions
 };

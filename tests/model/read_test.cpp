@@ -192,6 +192,23 @@ TEST(Read, RefusesWhatCannotBeBorneAndNamesThePlace) {
         EXPECT_NE(refusal(text).find(message), std::string::npos) << text << "\n  -> " << refusal(text);
     }
 
+    std::string many = R"({"ty":3})";
+    for (int i = 0; i < 500'000; ++i) {
+        many += R"(,{"ty":3})";
+    }
+    EXPECT_NE(refusal(animation(many)).find("layers[500000]: the file has more than 500000 layers"),
+              std::string::npos);
+    std::string values = "0";
+    for (int i = 0; i < 10'000'000; ++i) {
+        values += ",0";
+    }
+    EXPECT_NE(
+        refusal(animation(R"({"ty":4,"odd":[)" + values + "]}")).find("a layer has more than 10000000 values"),
+        std::string::npos);
+    values.resize(11'000'001);
+    const std::string half = R"({"ty":4,"odd":[)" + values + "]}";
+    EXPECT_EQ(refusal(animation(half + "," + half)), "(accepted)");  // each on its own
+
     // Each composition uses the next one so often.
     const auto chain = [](int length, int uses) {
         std::string assets;
