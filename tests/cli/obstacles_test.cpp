@@ -73,6 +73,11 @@ TEST_F(Obstacles, WhatTakesItsValueFromASlot) {
     Json json = scene(card());
     json["layers"][0]["ks"]["a"]["sid"] = "here";
     isLeft(json, "\"Card\" in \"Scene\" takes its anchor point from a slot");
+    // Only what the slot says differs.
+    const std::string before = write("before.json", json.dump());
+    json["slots"]["here"]["p"]["k"] = {30, 0};
+    const Outcome compared = run({"compare", before, write("after.json", json.dump())});
+    EXPECT_THAT(compared.out, HasSubstr("shifted: \"Scene\""));
     json = scene(card().masked({{0, 0}, {190, 0}, {190, 90}}));
     json["layers"][0]["masksProperties"][0]["pt"]["sid"] = "cut";
     isLeft(json, "\"Card\" in \"Scene\" takes its mask from a slot");
