@@ -8,7 +8,6 @@
 // nothing in it is cleared faster than it can be looked at.)
 
 #include <benchmark/benchmark.h>
-#include <rlottie.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -27,7 +26,6 @@
 
 #include "model/Project.h"
 #include "render/Frames.h"
-#include "render/Normalise.h"
 #include "render/World.h"
 
 namespace {
@@ -130,7 +128,7 @@ std::size_t hashOf(std::span<const std::uint32_t> pixels) {
     return std::hash<std::string_view>()({reinterpret_cast<const char*>(pixels.data()), pixels.size_bytes()});
 }
 
-// By one worker and by two, before the renderer runs in this process: its threads do not survive a fork.
+// By one worker and by two.
 Scene drawnApart(const std::string& argument, const std::filesystem::path& folder) {
     const std::size_t colon = argument.find(':');
     const std::filesystem::path original = argument.substr(0, colon);
@@ -140,8 +138,7 @@ Scene drawnApart(const std::string& argument, const std::filesystem::path& folde
     const auto project = model::Project::open(scene.file);
     const model::Comp& comp = *project->root().layers.front()->source->comp;
     scene.frames = static_cast<int>(std::ceil(comp.frameCount()));
-    scene.document = render::normalise(project->documentOf(comp),
-                                       {width, height, width, height, comp.firstFrame, comp.endFrame});
+    scene.document = project->documentOf(comp, {width, height});
     render::Frames one({}, 1);
     render::Frames two({}, 2);
     for (render::Frames* frames : {&one, &two}) {
@@ -156,20 +153,24 @@ Scene drawnApart(const std::string& argument, const std::filesystem::path& folde
     return scene;
 }
 
+// With what a worker has, in this process.
 template <class Take>
 void drawAlone(const Scene& scene, Take&& take) {
-    const auto animation = rlottie::Animation::loadFromData(scene.document, "", "", false);
-    std::vector<std::uint32_t> pixels(std::size_t{width} * height);
+    render::SharedMemory memory;
+    const auto part = memory.part(std::size_t{width} * height * 4);
+    render::ThorVG renderer(render::Limits().memoryBytes);
+    renderer.load(scene.document);
+    const std::span<const std::uint32_t> pixels(reinterpret_cast<const std::uint32_t*>(part->bytes.data()),
+                                                std::size_t{width} * height);
     for (int frame = 0; frame < scene.frames; ++frame) {
-        animation->renderSync(static_cast<std::size_t>(frame),
-                              rlottie::Surface(pixels.data(), width, height, width * 4), false);
+        renderer.draw(static_cast<float>(frame), {memory.descriptor(), part->offset, width * 4, width, height});
         take(frame, pixels);
     }
 }
 
 // Whether the command stays within the limit.
 bool measureFile(const Scene& scene) {
-    drawAlone(scene, [&](int frame, const std::vector<std::uint32_t>& pixels) {
+    drawAlone(scene, [&](int frame, std::span<const std::uint32_t> pixels) {
         if (hashOf(pixels) != scene.hashes[static_cast<std::size_t>(frame)]) {
             throw std::runtime_error(scene.file.string() +
                                      ": a worker draws another picture than the renderer");
@@ -231,7 +232,6 @@ void measureDepth(const char* name, render::Depth depth) {
 
 int main(int argumentCount, char** arguments) {
     try {
-        rlottie::configureModelCacheSize(0);
         std::printf("| depth | copy, ms | frame for the host, ms | ratio |\n|---|---|---|---|\n");
         measureDepth("8-bit", render::Depth::Bits8);
         measureDepth("16-bit", render::Depth::Bits16);

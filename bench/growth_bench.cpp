@@ -1,5 +1,6 @@
 // How time and memory grow with a project: opening, cropping and writing it in the headless host, from 1,000
-// to 100,000 layers (or uses, compositions, keyframes, masks), each run in a process of its own.
+// to 100,000 layers (or uses, compositions, keyframes, masks, members of an object), each run in a process of
+// its own.
 //
 // Prints a table, and fails where time grows faster than the project or where one takes more memory than its
 // limit: all kinds but those where one layer is as large as the file.
@@ -97,6 +98,16 @@ CompSpec masks(int count) {
     return project("Scene", sceneSize).with(asExported(std::move(use), 1));
 }
 
+CompSpec members(int count) {
+    Json::object_t many;
+    many.reserve(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i) {  // one after the other would look through all before it
+        static_cast<Json::object_t::Container&>(many).emplace_back("member " + std::to_string(i), i);
+    }
+    return project("Scene", sceneSize)
+        .with(asExported(card("Card", 3), 1).set("unknown", Json(std::move(many))));
+}
+
 CompSpec selectedLayers(int count) {
     CompSpec scene = project("Scene", sceneSize).with(asExported(card("Card", 3), 1));
     for (int i = 2; i <= count; ++i) {
@@ -117,6 +128,7 @@ constexpr std::array growths = {Growth{"layers, 100 in a composition", layersInM
                                 Growth{"compositions", comps, true},
                                 Growth{"keyframes of a use", keyframes},
                                 Growth{"masks of a use", masks},
+                                Growth{"members of one object", members},
                                 Growth{"selected layers", selectedLayers, true, true}};
 
 // ---- One run, in a process of its own -----------------------------------------------------------------------

@@ -9,7 +9,7 @@ namespace headless::archive {
 
 namespace {
 
-using model::Json;
+using Json = nlohmann::json;  // sorted: a manifest with very many members takes no longer than its length
 
 constexpr const char* manifestEntry = "manifest.json";
 constexpr std::uint64_t largestManifest = 4 << 20;
@@ -169,7 +169,7 @@ std::unique_ptr<model::Project> openAnimation(const std::shared_ptr<const DotLot
 
 std::string newArchive(const model::Project& project) {
     constexpr const char* id = "animation";
-    const Json manifest = {{"version", "2"}, {"generator", "Kestrin"}, {"animations", {{{"id", id}}}}};
+    const model::Json manifest = {{"version", "2"}, {"generator", "Kestrin"}, {"animations", {{{"id", id}}}}};
     std::vector<std::pair<std::string, std::string>> entries = {
         {manifestEntry, manifest.dump()},
         {std::string(layouts[1].animations) + id + ".json", project.write()},

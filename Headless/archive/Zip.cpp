@@ -18,8 +18,8 @@ namespace {
 // unpacking, since it may lie.
 constexpr zip_int64_t mostEntries = 10'000;
 constexpr std::uint64_t mebibyte = 1 << 20;
-constexpr std::uint64_t largestEntry = 256 * mebibyte;
-constexpr std::uint64_t largestTotal = 512 * mebibyte;
+constexpr std::uint64_t largestEntry = 64 * mebibyte;
+constexpr std::uint64_t largestTotal = 128 * mebibyte;
 
 struct Error {
     Error() { zip_error_init(&error); }

@@ -41,7 +41,7 @@ Pairs pairsOf(const model::Project& before, const model::Project& after) {
 bool sameLayers(const model::Project& before, const model::Project& after, const Pair& pair) {
     return std::equal(pair.before->layers.begin(), pair.before->layers.end(), pair.after->layers.begin(),
                       pair.after->layers.end(), [&](const model::LayerPtr& a, const model::LayerPtr& b) {
-                          return (!a->touched && !b->touched && a->text == b->text) ||
+                          return (!a->touched && !b->touched && !a->slotted.any && a->text == b->text) ||
                                  before.layerJson(*a) == after.layerJson(*b);
                       });
 }

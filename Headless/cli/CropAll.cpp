@@ -7,6 +7,7 @@
 #include "cli/Comps.h"
 #include "cli/Cropping.h"
 #include "cli/Find.h"
+#include "cli/Obstacles.h"
 #include "cli/Progress.h"
 #include "cli/Text.h"
 
@@ -64,6 +65,10 @@ class WholeCrop {
           uses_(usesIn(project_)) {}
 
     CropAllResult run(const std::function<void(const std::vector<Warning>&)>& onWarnings) {
+        const model::Item& root = *project_.root().item;  // which is looked at in the end
+        if (const std::string reason = CompPictures::whyTooLarge(root.size); !reason.empty()) {
+            throw Stop(ExitCode::BadInput, inQuotes(root.name) + ": " + reason);
+        }
         const std::vector<model::Comp*> comps = innermostFirst(project_);
         std::vector<const model::Item*> items;
         int frames = frameCount(project_.root());
@@ -120,6 +125,13 @@ class WholeCrop {
             return entry;
         }
         entry.uses = static_cast<int>(uses->second.size());
+        entry.reason = CompPictures::whyTooLarge(comp.item->size);
+        if (entry.reason.empty()) {
+            entry.reason = whyNotToCrop(project_, *comp.item);
+        }
+        if (!entry.reason.empty()) {
+            return entry;
+        }
         if (request_.leaveWarned && !warningsFor(project_, {comp.item}).empty()) {
             entry.reason = "there are warnings about it";
             return entry;

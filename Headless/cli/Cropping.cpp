@@ -5,6 +5,7 @@
 
 #include "cli/Area.h"
 #include "cli/Comps.h"
+#include "cli/Obstacles.h"
 #include "cli/Text.h"
 #include "cli/Verbs.h"
 
@@ -213,7 +214,13 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
     if (!request.mask.empty()) {
         selectMask(session, comp, request.mask);
     }
-    const ProjectBefore before(project, cropTargets(project, comp));
+    const std::vector<const model::Item*> targets = cropTargets(project, comp);
+    for (const model::Item* target : targets) {
+        if (const std::string reason = whyNotToCrop(project, *target); !reason.empty()) {
+            throw NothingCropped(inQuotes(target->name) + " is left: " + reason);
+        }
+    }
+    const ProjectBefore before(project, targets);
     requireEnabled(session, comp, request.command);
 
     const Shown shown(session);

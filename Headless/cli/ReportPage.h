@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "cli/Report.h"
+#include "cli/CropReport.h"
 
 namespace headless::cli {
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <unordered_map>
 
 namespace headless::model {
 
@@ -10,6 +11,8 @@ namespace {
 
 constexpr double largestNumber = 1e30;  // what a 32-bit float can still multiply
 constexpr std::size_t deepestJson = 256;
+constexpr std::size_t mostValues = 10'000'000;  // in memory at once, each taking many times its text
+constexpr std::size_t fewMembers = 16;  // of an object: looking through them all takes no longer than a table
 
 // Walks over the text and leaves its place where the parser can see it.
 struct PlaceIterator {
@@ -62,6 +65,7 @@ class Parser final : public nlohmann::json_sax<Json> {
         if (takeLayer_ != nullptr && layerList() != notInList) {
             layerDepth_ = levels_.size();
             layerBegin_ = place_ - 1;
+            valuesAround_ = valueCount_;
         }
         begin(true);
         return true;
@@ -79,20 +83,13 @@ class Parser final : public nlohmann::json_sax<Json> {
     }
     bool end_object() override {
         const Level level = levels_.back();
-        Json::object_t object;
-        object.reserve(values_.size() - level.firstValue);
-        for (std::size_t i = 0; level.firstValue + i < values_.size(); ++i) {
-            Json& value = values_[level.firstValue + i];
-            const std::string& name = names_[level.firstName + i];
-            if (!object.emplace(name, std::move(value)).second) {
-                object[name] = std::move(value);  // the last of several counts
-            }
-        }
+        Json::object_t object = membersFrom(level);
         end();
         if (levels_.size() != layerDepth_) {
             return add(std::move(object));
         }
         layerDepth_ = noLayer;
+        valueCount_ = valuesAround_;
         (*takeLayer_)(layerList(), std::move(object),
                       {layerBegin_, static_cast<std::size_t>(place_ - layerBegin_)});
         return true;
@@ -120,6 +117,30 @@ class Parser final : public nlohmann::json_sax<Json> {
     };
     static constexpr std::size_t noLayer = ~std::size_t{0};
     static constexpr int notInList = -2;
+
+    // The object itself would compare each name with all before it.
+    Json::object_t membersFrom(const Level& level) {
+        using Members = Json::object_t::Container;
+        const std::size_t count = values_.size() - level.firstValue;
+        Json::object_t object;
+        object.reserve(count);
+        std::unordered_map<std::string_view, std::size_t> places;
+        places.reserve(count > fewMembers ? count : 0);
+        for (std::size_t i = 0; i < count; ++i) {
+            Json& value = values_[level.firstValue + i];
+            const std::string& name = names_[level.firstName + i];
+            if (count <= fewMembers) {
+                if (!object.emplace(name, std::move(value)).second) {
+                    object[name] = std::move(value);  // the last of several counts
+                }
+            } else if (const auto [place, isNew] = places.emplace(name, object.size()); isNew) {
+                static_cast<Members&>(object).emplace_back(name, std::move(value));
+            } else {
+                static_cast<Members&>(object)[place->second].second = std::move(value);
+            }
+        }
+        return object;
+    }
 
     // The list that an element of the innermost value would be a layer of: -1 the root's, else the asset's
     // place.
@@ -151,6 +172,11 @@ class Parser final : public nlohmann::json_sax<Json> {
     std::ptrdiff_t line() const { return 1 + std::count(text_.data(), place_, '\n'); }
 
     bool add(Json value) {
+        if (++valueCount_ > mostValues) {
+            throw ProjectError("line " + std::to_string(line()) + ": " +
+                               (layerDepth_ != noLayer ? "a layer" : "the file beside its layers") +
+                               " has more than " + std::to_string(mostValues) + " values");
+        }
         values_.push_back(std::move(value));
         return true;
     }
@@ -183,7 +209,9 @@ class Parser final : public nlohmann::json_sax<Json> {
     std::vector<Level> levels_;
     std::vector<Json> values_;        // of all levels
     std::vector<std::string> names_;  // of those that stand in objects
+    std::size_t valueCount_ = 0;      // those inside of others too
     const char* layerBegin_ = nullptr;
+    std::size_t valuesAround_ = 0;
     std::size_t layerDepth_ = noLayer;  // of the layer that is being read
 };
 

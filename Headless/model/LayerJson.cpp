@@ -41,7 +41,7 @@ bool isKeyframed(const Json& property) {
 
 Vec3 readVector(const Json& json, const std::string& path) {
     if (json.is_number()) {
-        return {json.get<double>(), 0, 0};
+        return {number(json, path), 0, 0};
     }
     if (!json.is_array()) {
         fail(path, "a list of numbers is needed here");
@@ -221,7 +221,21 @@ std::shared_ptr<Mask> readMask(const Json& json, const std::string& path, std::s
     return mask;
 }
 
+const Json& maskListOf(const Json& json) {
+    static const Json none = Json::array();
+    const Json* list = memberOf(json, "masksProperties");
+    return list != nullptr && list->is_array() ? *list : none;
+}
+
 // ---- Writing -----------------------------------------------------------------------------------
+
+// What stands beside a slot counts for no player.
+void requireOwnValue(const Json& property, const char* what) {
+    if (isSlotted(property)) {
+        throw ProjectError(std::string("the ") + what +
+                           " would have to change, but takes its value from a slot of the file");
+    }
+}
 
 Json vectorJson(const Vec3& value, std::size_t dimensions) {
     Json json = Json::array();
@@ -303,11 +317,16 @@ void patchScalar(Json& property, const ScalarStream& stream, const ScalarStream&
     patchKeys(property, stream.keys, asRead.keys, patchScalarValue, [](Json&, const ScalarKey&) {});
 }
 
+const char* pointName(const char* key) {
+    return *key == 'a' ? "anchor point" : *key == 'p' ? "position" : "scale";
+}
+
 void patchPoint(Json& transform, const char* name, const PointStream& stream, const PointStream& asRead) {
     if (stream == asRead) {
         return;
     }
     Json& property = transform[name];
+    requireOwnValue(property, pointName(name));
     if (stream.separated()) {
         for (std::size_t axis = 0; axis < stream.axes.size(); ++axis) {
             patchScalar(property[axisNames[axis]], stream.axes[axis], asRead.axes[axis]);
@@ -329,11 +348,14 @@ void patchPoint(Json& transform, const char* name, const PointStream& stream, co
 }
 
 // One at a time, since there may be many.
-void patchMasks(Json& json, const MaskList& masks) {
+void patchMasks(Json& json, const Json& shown, const MaskList& masks) {
     Json kept = Json::array();
     for (const auto& mask : masks) {
+        const PathStream before = readMask(maskListOf(shown)[mask->fileIndex], "mask", mask->fileIndex)->path;
         Json item = std::move(json["masksProperties"][mask->fileIndex]);
-        const PathStream before = readMask(item, "mask", mask->fileIndex)->path;
+        if (!(mask->path == before)) {
+            requireOwnValue(item["pt"], "mask");
+        }
         if (mask->path.keys.empty()) {
             if (!(mask->path == before)) {
                 patchPath(item["pt"]["k"], mask->path.value);
@@ -349,12 +371,6 @@ void patchMasks(Json& json, const MaskList& masks) {
     } else {
         json["masksProperties"] = std::move(kept);
     }
-}
-
-const Json& maskListOf(const Json& json) {
-    static const Json none = Json::array();
-    const Json* list = memberOf(json, "masksProperties");
-    return list != nullptr && list->is_array() ? *list : none;
 }
 
 }  // namespace
@@ -477,7 +493,8 @@ bool sameMasks(const Json& json, const MaskList& masks) {
            });
 }
 
-void patchLayer(Json& json, const Layer& layer, const LayerData& asRead, std::optional<int> parentAsRead) {
+void patchLayer(Json& json, const Json& shown, const Layer& layer, const LayerData& asRead,
+                std::optional<int> parentAsRead) {
     if (layer.useSize != asRead.useSize) {
         json["w"] = layer.useSize.width;
         json["h"] = layer.useSize.height;
@@ -491,13 +508,14 @@ void patchLayer(Json& json, const Layer& layer, const LayerData& asRead, std::op
         if (!transform.contains(name)) {
             transform[name] = {{"a", 0}};
         }
+        requireOwnValue(transform[name], "rotation");
         patchScalar(transform[name], layer.rotation, asRead.rotation);
     }
     if (transform.is_null()) {
         json.erase("ks");
     }
-    if (!sameMasks(json, layer.masks)) {
-        patchMasks(json, layer.masks);
+    if (!sameMasks(shown, layer.masks)) {
+        patchMasks(json, shown, layer.masks);
     }
     const std::optional<int> parent = layer.parent != nullptr ? layer.parent->index : std::nullopt;
     if (parent != parentAsRead) {

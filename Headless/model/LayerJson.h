@@ -13,9 +13,11 @@ MaskList readMasks(const Json& json, const std::string& path);
 // Whether `json` says of the masks what they say.
 bool sameMasks(const Json& json, const MaskList& masks);
 
-// Sets in `json` whatever `layer` (with its masks and its parent's index) says otherwise than `json`, whose
-// fields are `asRead`. Members that did not change keep their form.
-void patchLayer(Json& json, const Layer& layer, const LayerData& asRead, std::optional<int> parentAsRead);
+// Sets in `json` whatever `layer` (with its masks and its parent's index) says otherwise than `shown`, whose
+// fields are `asRead`: the same object with the slots' values in their places. Members that did not change keep
+// their form. Throws ProjectError where one that takes its value from a slot would have to.
+void patchLayer(Json& json, const Json& shown, const Layer& layer, const LayerData& asRead,
+                std::optional<int> parentAsRead);
 
 // A whole number is written without a fraction. Throws ProjectError where it could not be read again.
 Json jsonNumber(double value);

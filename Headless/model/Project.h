@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "model/History.h"
+#include "model/Slots.h"
 #include "model/Stream.h"
 
 namespace headless::model {
@@ -105,6 +106,7 @@ struct Layer : LayerData {
 
     std::string_view text;           // in the file; empty for a layer that came later
     bool touched = false;  // something may differ from the text
+    SlottedParts slotted;
 };
 
 using LayerPtr = std::shared_ptr<Layer>;
@@ -117,6 +119,7 @@ struct Item {
     std::string name;
     Size size;
     std::unique_ptr<Comp> comp;  // of a composition
+    bool isSlotted = false;      // a picture that a slot may replace
 };
 
 using ItemPtr = std::shared_ptr<Item>;
@@ -188,7 +191,7 @@ class Project {
     // Throws ProjectError.
     std::string pictureContent(const std::string& picture) const;
 
-    // A layer's object as it would be written now.
+    // A layer's object as it would be written now, but with what the slots say in its places.
     Json layerJson(const Layer& layer) const;
 
     Comp& root() const { return *items.front()->comp; }
@@ -220,17 +223,23 @@ class Project {
     };
 
     void writeLayers(const Comp& comp, std::string& out) const;
+    // As players see them: with the slots' values.
+    void writeSeenLayers(const Comp& comp, std::string& out) const;
     void writeComp(const Comp& comp, std::string& out) const;
     void writeAssets(std::string& out) const;
 
     // An image asset as the renderer takes it: with its picture inside.
     Json withPicture(const Json& asset) const;
 
+    bool isAsText(const Layer& layer) const;
+    std::string textOf(const Layer& layer) const;
+
     std::optional<std::filesystem::path> imageFolder_;
     std::shared_ptr<const PictureStore> pictures_;
     std::string text_;
     Size sizeInText_;  // of the root
     std::vector<Asset> assets_;
+    Slots slots_;
     std::vector<Layer*> layers_{nullptr};  // by id, from 1; null where a layer is gone
     ItemId nextItemId_ = 1;
     ItemId firstIdBeyondText_ = 1;

@@ -22,7 +22,8 @@ constexpr double largestFrame = 2'000'000;  // keeps every time inside the host'
 constexpr double largestFrameRate = 1'000;
 constexpr int deepestNesting = 20;                    // beyond it the renderer draws nothing
 constexpr double mostExpandedLayers = 2'000'000;      // with each use of a composition counted anew
-constexpr std::uint64_t largestPictures = 512 << 20;  // of those that come with the file, in bytes
+constexpr std::size_t mostLayers = 500'000;           // in the file, and as many assets
+constexpr std::uint64_t largestPictures = 128 << 20;  // of those that come with the file, in bytes
 
 [[noreturn]] void fail(const std::string& path, const std::string& what) {
     throw ProjectError(path + ": " + what);
@@ -98,6 +99,7 @@ class Reader {
 
     void read() {
         parse();
+        readSlottedLayers();
         readRoot();
         readAssets();
         linkLayers();
@@ -115,6 +117,10 @@ class Reader {
         std::vector<LayerPtr> layers;
         std::vector<std::optional<int>> parents;
     };
+    // Of `lists_`: what it says is known only where the slots are, at any place of the document.
+    struct SlottedLayer {
+        std::size_t list = 0, place = 0;
+    };
 
     void parse() {
         shell_ = parseDocument(project_.text_, [this](int asset, const Json& layer, std::string_view text) {
@@ -130,14 +136,42 @@ class Reader {
             lists_.push_back({asset, {}, {}});
         }
         LayerList& list = lists_.back();
+        if (++layerCount_ > mostLayers) {
+            fail(pathOf(list, list.layers.size()),
+                 "the file has more than " + std::to_string(mostLayers) + " layers");
+        }
         auto layer = std::make_shared<Layer>();
-        std::optional<int> parent;
-        const std::string path = pathOf(list, list.layers.size());
-        readLayer(json, path, *layer, parent);
-        layer->masks = readMasks(json, path);
         layer->text = text;
-        list.layers.push_back(std::move(layer));
-        list.parents.push_back(parent);
+        layer->slotted = slottedParts(json);
+        list.layers.push_back(layer);
+        list.parents.emplace_back();
+        if (layer->slotted.any) {
+            slotted_.push_back({lists_.size() - 1, list.layers.size() - 1});
+        } else {
+            readFields(json, list, list.layers.size() - 1);
+        }
+    }
+
+    void readSlottedLayers() {
+        if (slotted_.empty()) {
+            return;
+        }
+        if (const auto found = shell_.find("slots"); found != shell_.end()) {
+            project_.slots_ = Slots(*found);
+        }
+        std::uint64_t added = 0;
+        for (const auto& [list, place] : slotted_) {
+            Json json = parseValue(lists_[list].layers[place]->text);
+            project_.slots_.putInto(json, added);
+            readFields(json, lists_[list], place);
+        }
+    }
+
+    static void readFields(const Json& json, LayerList& list, std::size_t place) {
+        Layer& layer = *list.layers[place];
+        const std::string path = pathOf(list, place);
+        readLayer(json, path, layer, list.parents[place]);
+        layer.masks = readMasks(json, path);
     }
 
     static std::string pathOf(const LayerList& list, std::size_t index) {
@@ -166,6 +200,9 @@ class Reader {
         }
         if (!assets_.is_null() && !assets_.is_array()) {
             fail("assets", "a list is needed here");
+        }
+        if (assets_.size() > mostLayers) {
+            fail("assets", "the file has more than " + std::to_string(mostLayers) + " assets");
         }
         if (!shell_["layers"].empty()) {
             fail("layers[" + std::to_string(shell_["layers"].size() - 1) + "]", "a layer must be an object");
@@ -218,6 +255,7 @@ class Reader {
                 image->kind = asset.contains("w") ? Item::Kind::Image : Item::Kind::Audio;
                 image->name = textAt(asset, "nm").empty() ? id : textAt(asset, "nm");
                 image->size = {wholeSizeOr0(asset, "w", path), wholeSizeOr0(asset, "h", path)};
+                image->isSlotted = asset.contains("sid");
                 checkImage(asset, path);
                 item = image.get();
                 project_.items.push_back(std::move(image));
@@ -539,6 +577,8 @@ class Reader {
     Json shell_, assets_;
     std::uint64_t picturesSize_ = 0;
     std::vector<LayerList> lists_;
+    std::vector<SlottedLayer> slotted_;
+    std::size_t layerCount_ = 0;
     std::unordered_map<std::string, Item*> assetItems_;
     std::vector<Comp*> compOfPlace_;  // of those assets that are compositions
 };

@@ -31,7 +31,9 @@ Json newLayerJson(const Layer& layer) {
                  {"nm", layer.name},
                  {"sr", jsonNumber(layer.stretch)}};
     if (!layer.reference.empty()) {
-        json["refId"] = layer.reference;
+        // A number where the asset has one for its id.
+        const Comp* shown = layer.source != nullptr ? layer.source->comp.get() : nullptr;
+        json["refId"] = shown != nullptr ? parseValue(shown->shell)["id"] : Json(layer.reference);
     }
     if (layer.type == LayerType::Precomp) {
         json["w"] = layer.useSize.width;
@@ -60,35 +62,68 @@ bool isSame(const Layer& layer, const Json& json, const LayerAsRead& before) {
     return before.data == layer && sameParent && sameMasks(json, layer.masks);
 }
 
-bool isAsText(const Layer& layer) {
-    if (!layer.touched || layer.text.empty()) {
-        return !layer.touched;
-    }
-    const Json json = parseValue(layer.text);
-    return isSame(layer, json, readBack(json));
-}
-
-// As the file has it where nothing differs. A large layer takes many times its text as an object, which is made
-// once and gone before the text is copied.
-std::string textOf(const Layer& layer) {
-    Json json = objectOf(layer);
-    {
-        const LayerAsRead before = readBack(json);
-        if (!layer.text.empty() && isSame(layer, json, before)) {
-            return std::string(layer.text);
+// A layer's object as the file has it, and as players see it: with the slots' values in their places.
+class Shown {
+ public:
+    Shown(const Layer& layer, const Json& json, const Slots& slots) : json_(json) {
+        if (layer.slotted.any) {
+            withSlots_ = json;
+            std::uint64_t added = 0;
+            slots.putInto(withSlots_, added);
         }
-        patchLayer(json, layer, before.data, before.parent);
     }
-    return json.dump();
+    const Json& operator*() const { return withSlots_.is_null() ? json_ : withSlots_; }
+
+ private:
+    const Json& json_;
+    Json withSlots_;  // null where there are none
+};
+
+[[noreturn]] void failAt(const Layer& layer, const ProjectError& problem) {
+    throw ProjectError("composition \"" + layer.comp->item->name + "\", layer \"" + layer.name +
+                       "\": " + problem.what());
 }
 
 }  // namespace
 
+bool Project::isAsText(const Layer& layer) const {
+    if (!layer.touched || layer.text.empty()) {
+        return !layer.touched;
+    }
+    const Json json = parseValue(layer.text);
+    const Shown shown(layer, json, slots_);
+    return isSame(layer, *shown, readBack(*shown));
+}
+
+// As the file has it where nothing differs. A large layer takes many times its text as an object, which is made
+// once and gone before the text is copied.
+std::string Project::textOf(const Layer& layer) const {
+    Json json = objectOf(layer);
+    {
+        const Shown shown(layer, json, slots_);
+        const LayerAsRead before = readBack(*shown);
+        if (!layer.text.empty() && isSame(layer, *shown, before)) {
+            return std::string(layer.text);
+        }
+        try {
+            patchLayer(json, *shown, layer, before.data, before.parent);
+        } catch (const ProjectError& problem) {
+            failAt(layer, problem);
+        }
+    }
+    return json.dump();
+}
+
 Json Project::layerJson(const Layer& layer) const {
     Json json = objectOf(layer);
     if (layer.touched) {
-        const LayerAsRead before = readBack(json);
-        patchLayer(json, layer, before.data, before.parent);
+        const Shown shown(layer, json, slots_);
+        const LayerAsRead before = readBack(*shown);
+        patchLayer(json, *shown, layer, before.data, before.parent);
+    }
+    if (layer.slotted.any) {
+        std::uint64_t added = 0;
+        slots_.putInto(json, added);
     }
     return json;
 }
@@ -147,9 +182,9 @@ void Project::writeComp(const Comp& comp, std::string& out) const {
     if (comp.nameGiven) {
         shell["nm"] = comp.item->name;
     }
-    if (!isRoot) {
+    if (!isRoot && assetIdOf(shell) != comp.assetId) {
         shell["id"] = comp.assetId;
-    } else if (!shell.contains("assets")) {
+    } else if (isRoot && !shell.contains("assets")) {
         shell["assets"] = Json::array();
     }
     out += '{';
@@ -238,6 +273,23 @@ std::string Project::write() const {
     return out;
 }
 
+void Project::writeSeenLayers(const Comp& comp, std::string& out) const {
+    out += '[';
+    const char* separator = "";
+    for (const LayerPtr& layer : comp.layers) {
+        out += separator;
+        separator = ",";
+        if (layer->slotted.any) {
+            out += layerJson(*layer).dump();
+        } else if (layer->touched) {
+            out += textOf(*layer);
+        } else {
+            out += layer->text;
+        }
+    }
+    out += ']';
+}
+
 std::string Project::documentOf(const Comp& comp, Size canvas) const {
     std::vector<const Comp*> shown;
     std::unordered_set<std::string> images;
@@ -268,6 +320,7 @@ std::string Project::documentOf(const Comp& comp, Size canvas) const {
     shell["h"] = canvas.height;
     shell.erase("layers");
     shell.erase("assets");
+    shell.erase("slots");  // their values are in their places
     std::string out = shell.dump();
     out.back() = ',';
     out += R"("layers":)";
@@ -283,7 +336,7 @@ std::string Project::documentOf(const Comp& comp, Size canvas) const {
                        {"st", 0}};
         out += "[" + use.dump() + "]";
     } else {
-        writeLayers(comp, out);
+        writeSeenLayers(comp, out);
     }
     out += R"(,"assets":[)";
     const char* separator = "";
@@ -296,7 +349,7 @@ std::string Project::documentOf(const Comp& comp, Size canvas) const {
         out += asset.dump();
         out.back() = ',';
         out += R"("layers":)";
-        writeLayers(*each, out);
+        writeSeenLayers(*each, out);
         out += '}';
     }
     for (const Asset& asset : assets_) {

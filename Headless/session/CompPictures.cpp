@@ -9,6 +9,7 @@ namespace headless {
 
 namespace {
 
+constexpr std::int64_t largestPicture = 36'000'000;  // in pixels: 8192 x 4320 and a little
 constexpr double roundedAway = 0.002;  // times in the host's scale may lie this much short of their frame
 
 int roundedUp(int size, int factor) {
@@ -21,6 +22,15 @@ model::Size sourceSize(const model::Layer& layer) {
 
 }  // namespace
 
+std::string CompPictures::whyTooLarge(model::Size size) {
+    if (std::int64_t{size.width} * size.height <= largestPicture) {
+        return "";
+    }
+    return "a picture of " + std::to_string(size.width) + " x " + std::to_string(size.height) +
+           " pixels is too large; at most " + std::to_string(largestPicture / 1'000'000) +
+           " million pixels are drawn";
+}
+
 template <class Drawn, class Blank>
 auto CompPictures::at(const model::Comp& comp, double frame, int factorX, int factorY, Drawn&& drawn,
                       Blank&& blank) {
@@ -28,8 +38,13 @@ auto CompPictures::at(const model::Comp& comp, double frame, int factorX, int fa
     const int pictureWidth = roundedUp(width, factorX);
     const int pictureHeight = roundedUp(height, factorY);
     const double wholeFrame = std::floor(frame + roundedAway);
-    if (wholeFrame < 0 || wholeFrame >= std::ceil(comp.frameCount())) return blank(pictureWidth, pictureHeight);
     try {
+        if (const std::string reason = whyTooLarge({pictureWidth, pictureHeight}); !reason.empty()) {
+            throw render::RenderError(reason);
+        }
+        if (wholeFrame < 0 || wholeFrame >= std::ceil(comp.frameCount())) {
+            return blank(pictureWidth, pictureHeight);
+        }
         std::string key = std::to_string(comp.item->id) + " " + std::to_string(factorX) + " " +
                           std::to_string(factorY) + " " + std::to_string(project_.history.revision());
         if (comps_.key != key) {
@@ -78,6 +93,9 @@ Box CompPictures::maskedBounds(const model::Layer& layer, double fileFrame) {
     const double first = layer.comp->firstFrame;
     const double end = layer.comp->endFrame;
     try {
+        if (const std::string reason = whyTooLarge({width, height}); !reason.empty()) {
+            throw render::RenderError(reason);
+        }
         std::string key = std::to_string(layer.id) + " " + std::to_string(project_.history.revision());
         if (masks_.key != key) {
             // A white solid of the source's size, cut by the masks.

@@ -18,6 +18,9 @@ class CompPictures {
  public:
     explicit CompPictures(const model::Project& project) : project_(project) {}
 
+    // Why no picture of this size is drawn; empty where one is. Several stand in memory at once.
+    static std::string whyTooLarge(model::Size size);
+
     // `frame` counts from the composition's first. The picture is ceil(width / factorX) wide, and its first
     // pixel is the composition's top left corner. Outside the composition's time it is transparent. The pixels
     // stay until the next call. Throws render::RenderError, naming composition and frame.

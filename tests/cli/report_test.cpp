@@ -1,6 +1,6 @@
 // What a report says: where the crop lies, which frames it holds, and that its page says the same.
 
-#include "cli/Report.h"
+#include "cli/CropReport.h"
 
 #include <gmock/gmock.h>
 

@@ -18,7 +18,7 @@ void tryInput(const std::string& bytes) {
             const auto again = archive::readArchive(packed, "again");
             require(again->textOf(again->animation(animation.id)) == project->write(),
                     "what is packed is found again");
-            project->documentOf(project->root());
+            project->documentOf(project->root(), project->root().item->size);
             archive::readArchive(archive::newArchive(*project), "new");
         } catch (const std::runtime_error&) {  // another entry may turn out to be damaged
         }

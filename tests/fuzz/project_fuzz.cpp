@@ -1,10 +1,10 @@
-// A Lottie document: read, rewritten for the renderer, edited, written, read again, taken back.
+// A Lottie document: read, made ready for the renderer, edited, written, read again, taken back.
 
 #include <cstdlib>
 
 #include "fuzz/Fuzz.h"
+#include "model/DocumentParser.h"
 #include "model/Edit.h"
-#include "render/Normalise.h"
 
 namespace {
 
@@ -14,9 +14,7 @@ using model::Layer;
 void drawEach(const model::Project& project) {
     for (const model::ItemPtr& item : project.items) {
         if (item->comp) {
-            const auto [width, height] = item->size;
-            render::normalise(project.documentOf(*item->comp),
-                              {width, height, width, height, item->comp->firstFrame, item->comp->endFrame});
+            model::parseValue(project.documentOf(*item->comp, item->size));
         }
     }
 }

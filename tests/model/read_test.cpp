@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
+
 #include "model/Edit.h"
 #include "support/ProjectSpec.h"
 
@@ -66,6 +68,36 @@ TEST(Read, OlderKeyframesCarryTheValueAtTheirEnd) {
     while (project->history.redo()) {
     }
     EXPECT_EQ(project->write(), written);
+}
+
+TEST(Read, ANumberAsTheIdOfAnAssetStaysOne) {
+    const auto project =
+        Project::read(animation(R"({"ty":0,"refId":5,"w":50,"h":40})", R"({"id":5,"layers":[{"ty":3}]})"));
+    Comp& card = *project->items[1]->comp;
+    setCompSize(*project, card, {20, 10});
+    const std::string resized = project->write();
+    EXPECT_NE(resized.find(R"("refId":5)"), std::string::npos) << resized;
+    EXPECT_NE(resized.find(R"("id":5)"), std::string::npos) << resized;
+
+    // So a new layer finds it, too.
+    addLayer(*project, project->root(), *card.item);
+    const Json written = Json::parse(project->write());
+    EXPECT_EQ(written["layers"][0]["refId"], 5) << written;
+    EXPECT_EQ(written["assets"][0]["id"], 5) << written;
+}
+
+TEST(Read, ManyMembersOfOneObjectTakeNoLongerThanElsewhere) {
+    std::string members;
+    for (int i = 0; i < 100'000; ++i) {
+        members += "\"member " + std::to_string(i) + "\":" + std::to_string(i) + ",";
+    }
+    const std::clock_t begin = std::clock();
+    const auto project = Project::read(animation("{" + members + R"("member 7":"last","ty":4})"));
+    const Json layer = project->layerJson(*project->root().layers[0]);
+    EXPECT_EQ(layer["member 7"], "last");
+    EXPECT_EQ(layer.begin().key(), "member 0");
+    EXPECT_EQ(layer.size(), 100'001u);
+    EXPECT_LT(static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC, 5);  // squared it is half a minute
 }
 
 TEST(Read, EasedAndCurvedValuesBetweenKeyframes) {
@@ -143,6 +175,8 @@ TEST(Read, RefusesWhatCannotBeBorneAndNamesThePlace) {
         {animation(R"({"ty":4,"sr":0})"), "layers[0].sr"},
         {animation(R"({"ty":1,"sw":30001,"sh":5})"), "layers[0].sw: sizes go from 1 to 30000"},
         {animation(R"({"ty":4,"ks":{"p":{"a":0,"k":["x"]}}})"), "layers[0].ks.p.k: a number"},
+        {animation(R"({"ty":4,"ks":{"p":{"a":0,"k":1e20}}})"),
+         "layers[0].ks.p.k: the number 1e+20 is out of range"},
         {animation(R"({"ty":4,"masksProperties":[{"pt":{"a":0,"k":{"v":[[0,0]],"i":[],"o":[[0,0]]}}}]})"),
          "layers[0].masksProperties[0].pt.k: a mask outline"},
         {R"({"layers":[],"fr":30,"ip":0,"op":1,"w":1,"h":1,"l\u0061yers":[]})",
@@ -157,6 +191,23 @@ TEST(Read, RefusesWhatCannotBeBorneAndNamesThePlace) {
     for (const auto& [text, message] : cases) {
         EXPECT_NE(refusal(text).find(message), std::string::npos) << text << "\n  -> " << refusal(text);
     }
+
+    std::string many = R"({"ty":3})";
+    for (int i = 0; i < 500'000; ++i) {
+        many += R"(,{"ty":3})";
+    }
+    EXPECT_NE(refusal(animation(many)).find("layers[500000]: the file has more than 500000 layers"),
+              std::string::npos);
+    std::string values = "0";
+    for (int i = 0; i < 10'000'000; ++i) {
+        values += ",0";
+    }
+    EXPECT_NE(
+        refusal(animation(R"({"ty":4,"odd":[)" + values + "]}")).find("a layer has more than 10000000 values"),
+        std::string::npos);
+    values.resize(11'000'001);
+    const std::string half = R"({"ty":4,"odd":[)" + values + "]}";
+    EXPECT_EQ(refusal(animation(half + "," + half)), "(accepted)");  // each on its own
 
     // Each composition uses the next one so often.
     const auto chain = [](int length, int uses) {

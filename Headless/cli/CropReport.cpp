@@ -1,4 +1,4 @@
-#include "cli/Report.h"
+#include "cli/CropReport.h"
 
 #include <algorithm>
 #include <cmath>
