@@ -22,11 +22,14 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <span>
 #include <vector>
 
 #include "model/Project.h"
 #include "render/Frames.h"
+#include "render/SharedMemory.h"
 #include "render/World.h"
+#include "render/thorvg/ThorVG.h"
 
 namespace {
 

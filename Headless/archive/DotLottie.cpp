@@ -38,12 +38,19 @@ DotLottie::DotLottie(std::string bytes, std::string name) : zip_(std::move(bytes
     if (!animations_.empty()) {
         return;
     }
+    std::set<std::string> ids;
     for (const std::string& entry : zip_.entries()) {
         for (const Layout& layout : layouts) {
             const std::string_view folder = layout.animations;
             if (entry.starts_with(folder) && entry.ends_with(".json")) {
                 animations_.push_back({entry.substr(folder.size(), entry.size() - folder.size() - 5), entry});
+                ids.insert(animations_.back().id);
             }
+        }
+    }
+    if (ids.size() < animations_.size()) {  // one name in both folders
+        for (Animation& animation : animations_) {
+            animation.id = animation.entry;
         }
     }
     if (animations_.empty()) {

@@ -20,7 +20,8 @@ class DotLottie : public model::PictureStore {
         std::string id, entry;
     };
 
-    // Reads the manifest and finds the animations that it lists; without a list, those that are there.
+    // Reads the manifest and finds the animations that it lists; without a list, those that are there, their
+    // ids being their file names, or their whole paths where two have one name.
     DotLottie(std::string bytes, std::string name);
 
     const std::vector<Animation>& animations() const { return animations_; }

@@ -6,13 +6,13 @@ namespace headless::cli {
 
 namespace {
 
-std::int64_t pixels(model::Size size) {
-    return std::int64_t{size.width} * size.height;
+std::int64_t pixels(const std::optional<model::Size>& size) {
+    return size ? std::int64_t{size->width} * size->height : 0;
 }
 
 }  // namespace
 
-void Area::add(model::Size sizeBefore, model::Size sizeAfter) {
+void Area::add(const std::optional<model::Size>& sizeBefore, const std::optional<model::Size>& sizeAfter) {
     before += pixels(sizeBefore);
     after += pixels(sizeAfter);
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "model/Project.h"
@@ -12,7 +13,8 @@ namespace headless::cli {
 struct Area {
     std::int64_t before = 0, after = 0;
 
-    void add(model::Size sizeBefore, model::Size sizeAfter);
+    // Of one composition; nothing where it does not exist.
+    void add(const std::optional<model::Size>& sizeBefore, const std::optional<model::Size>& sizeAfter);
     std::int64_t saved() const { return before - after; }
     double savedPercent() const;  // negative where there are more
     int wholePercent() const { return static_cast<int>(savedPercent()); }

@@ -1,6 +1,7 @@
 #include "cli/Comparison.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <set>
 
@@ -13,12 +14,7 @@ namespace headless::cli {
 
 namespace {
 
-// What an edge that lies a hair's breadth elsewhere makes of its pixels: many faint differences in thin lines,
-// and a few larger ones where two edges meet.
-constexpr int invisibleLevels = 2;
-constexpr int faintLevels = 8;
-constexpr int noiseLevels = 64;
-constexpr std::size_t noisePixels = 40;  // above faint, and of those that lie in no thin line
+constexpr int invisibleLevels = render::NoiseLimits{}.invisible;
 
 // ---- What changed ------------------------------------------------------------------------------------
 
@@ -28,6 +24,10 @@ struct Pair {
 
     bool inBoth() const { return before != nullptr && after != nullptr; }
     bool sameSize() const { return before->item->size == after->item->size; }
+    bool sameFrames() const {
+        return before->firstFrame == after->firstFrame && before->endFrame == after->endFrame;
+    }
+    bool isRoot() const { return before->assetId.empty(); }
 };
 using Pairs = std::map<std::string, Pair>;  // by asset id
 
@@ -44,6 +44,15 @@ bool sameLayers(const model::Project& before, const model::Project& after, const
                           return (!a->touched && !b->touched && !a->slotted.any && a->text == b->text) ||
                                  before.layerJson(*a) == after.layerJson(*b);
                       });
+}
+
+// Of the document and of the pictures that it takes from elsewhere.
+bool sameContent(const model::Project& before, const model::Project& after) {
+    const auto pictures = before.outerPictures();
+    return before.write() == after.write() &&
+           std::all_of(pictures.begin(), pictures.end(), [&](const std::string& picture) {
+               return before.pictureContent(picture) == after.pictureContent(picture);
+           });
 }
 
 // Asset ids of the compositions that a composition shows directly.
@@ -75,7 +84,7 @@ void addReached(const Pairs& pairs, const std::string& id, std::set<std::string>
 
 // Those whose pictures tell whether something has shifted.
 std::vector<std::string> compsToCompare(const Pairs& pairs, const std::set<std::string>& changed,
-                                        bool textsDiffer) {
+                                        bool contentDiffers) {
     std::vector<std::string> chosen;
     std::set<std::string> covered;
     for (const auto& [id, pair] : pairs) {
@@ -84,7 +93,7 @@ std::vector<std::string> compsToCompare(const Pairs& pairs, const std::set<std::
         }
         const auto shown = shownBy(pair);
         const bool isRoot = id.empty();
-        if (isRoot ? textsDiffer : std::any_of(shown.begin(), shown.end(), [&](const std::string& inner) {
+        if (isRoot ? contentDiffers : std::any_of(shown.begin(), shown.end(), [&](const std::string& inner) {
                 return changed.contains(inner);
             })) {
             chosen.push_back(id);
@@ -106,11 +115,7 @@ Verdict verdictOf(const render::Difference& difference, const render::Picture& f
     if (difference.largest <= invisibleLevels) {
         return Verdict::Equal;
     }
-    const bool noise = difference.largest <= noiseLevels &&
-                       render::difference(first, second, faintLevels).count <= noisePixels &&
-                       render::pixelsInside(first, second, invisibleLevels) <= noisePixels &&
-                       !render::fitsBetterMoved(first, second, faintLevels);
-    return noise ? Verdict::EdgeNoise : Verdict::Shifted;
+    return render::isEdgeNoise(first, second) ? Verdict::EdgeNoise : Verdict::Shifted;
 }
 
 // Two pictures on one transparent canvas around both; `second` lies at `offset` in the pixels of `first`.
@@ -140,14 +145,14 @@ Overlay overlay(const render::Picture& first, const render::Picture& second, ren
 
 class Pictures {
  public:
-    Pictures(const model::Project& before, const model::Project& after) : before_(before), after_(after) {}
+    Pictures(const model::Project& before, const model::Project& after)
+        : projectBefore_(before), projectAfter_(after), before_(before), after_(after) {}
 
     ComparedComp compare(const Pair& pair, const ComparisonRequest& request) {
         ComparedComp result;
         result.assetId = pair.before->assetId;
         result.name = pair.before->item->name;
-        if (frameCount(*pair.before) != frameCount(*pair.after) ||
-            pair.before->firstFrame != pair.after->firstFrame) {
+        if (!pair.sameFrames() || projectBefore_.frameRate() != projectAfter_.frameRate()) {
             result.otherTimes = true;
             result.verdict = Verdict::Shifted;
             return result;
@@ -155,13 +160,16 @@ class Pictures {
         const int first = request.frame.value_or(0);
         const int end = request.frame ? first + 1 : frameCount(*pair.before);
         if (!pair.sameSize()) {
-            result.offset = offsetBetween(pair, first, end);
+            result.offset = offsetBetween(pair);
         }
         for (int frame = first; frame < end; ++frame) {
             compareFrame(pair, frame, result);
             if (request.onFrame) {
                 request.onFrame();
             }
+        }
+        if (pair.isRoot() && !pair.sameSize()) {
+            result.verdict = Verdict::Shifted;
         }
         return result;
     }
@@ -186,9 +194,17 @@ class Pictures {
         ++result.frames;
     }
 
-    // From the first frame where both show something.
-    render::PixelPoint offsetBetween(const Pair& pair, int first, int end) {
-        for (int frame = first; frame < end; ++frame) {
+    // The same for all frames, whichever are compared.
+    render::PixelPoint offsetBetween(const Pair& pair) {
+        const auto corner = cornerByUses(projectBefore_, projectAfter_, pair.before->assetId);
+        if (corner && corner->x == std::round(corner->x) && corner->y == std::round(corner->y)) {
+            // Farther apart than side by side is no more different.
+            const model::Size old = pair.before->item->size;
+            const model::Size now = pair.after->item->size;
+            return {static_cast<int>(std::clamp<double>(corner->x, -now.width, old.width)),
+                    static_cast<int>(std::clamp<double>(corner->y, -now.height, old.height))};
+        }
+        for (int frame = 0; frame < frameCount(*pair.before); ++frame) {
             const auto before = render::visibleBounds(before_.picture(*pair.before, frame));
             const auto after = render::visibleBounds(after_.picture(*pair.after, frame));
             if (before && after) {
@@ -198,6 +214,8 @@ class Pictures {
         return {};
     }
 
+    const model::Project& projectBefore_;
+    const model::Project& projectAfter_;
     CompPictures before_, after_;
 };
 
@@ -233,7 +251,7 @@ Comparison compare(const model::Project& before, const model::Project& after,
 
     std::vector<std::string> chosen;
     if (request.comp.empty()) {
-        chosen = compsToCompare(pairs, changed, before.write() != after.write());
+        chosen = compsToCompare(pairs, changed, !sameContent(before, after));
     } else {
         const model::Comp& comp = findComp(before, request.comp);
         if (!pairs.at(comp.assetId).inBoth()) {

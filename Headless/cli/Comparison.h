@@ -1,8 +1,9 @@
 // Whether two versions of a project look the same: what changed, and what that did to the pictures.
 //
 // Compositions are matched by asset id, the root with the root. What is compared is what shows a changed
-// composition without having changed its own size; a composition that was resized and that only resized ones
-// show is laid over its old picture by its visible box.
+// composition without having changed its own size. A composition that was resized and that only resized ones
+// show is laid over its old picture: where the layers that show it say, else by the visible box at the first
+// frame that has one. The root is what is on screen: resized, it is shifted whatever its content does.
 
 #pragma once
 
@@ -17,10 +18,8 @@
 namespace headless::cli {
 
 enum class Verdict {
-    Equal,  // no pixel differs by more than 2 of 255
-    // By at most 64 on at most 40 pixels of a frame, and by at most 8 along thin lines: what an edge drawn at
-    // another fraction of a pixel leaves. Faint content that lies a pixel elsewhere is none of it.
-    EdgeNoise,
+    Equal,      // no pixel differs by more than 2 of 255
+    EdgeNoise,  // what an edge drawn at another fraction of a pixel leaves; see render::NoiseLimits
     Shifted,
 };
 
@@ -44,7 +43,7 @@ struct ComparedComp {
     int frames = 0;                            // that were compared
     FrameDifference worst;                     // of the frames that decided the verdict
     std::optional<render::PixelPoint> offset;  // resized: what was added to lay the second over the first
-    bool otherTimes = false;                   // its frames are not the same in both, so none was compared
+    bool otherTimes = false;  // its frames or their rate are not the same in both, so none was compared
 };
 
 struct Comparison {

@@ -43,4 +43,23 @@ std::optional<model::Vec3> CornerByUses::corner() const {
                                : std::optional(model::Vec3{most->first.first, most->first.second, 0});
 }
 
+std::optional<model::Vec3> cornerByUses(const model::Project& before, const model::Project& after,
+                                        const std::string& assetId) {
+    CornerByUses told;
+    const auto shows = [&](const model::Layer& layer) {
+        const model::Comp* shown = compShownBy(layer);
+        return shown != nullptr && shown->assetId == assetId;
+    };
+    forEachComp(before, [&](const model::Comp& comp) {
+        const model::Comp* other = compById(after, comp.assetId);
+        const std::size_t layers = other == nullptr ? 0 : std::min(comp.layers.size(), other->layers.size());
+        for (std::size_t i = 0; i < layers; ++i) {
+            if (shows(*comp.layers[i]) && shows(*other->layers[i])) {
+                told.add(anchorOf(*comp.layers[i]), anchorOf(*other->layers[i]));
+            }
+        }
+    });
+    return told.corner();
+}
+
 }  // namespace headless::cli

@@ -62,4 +62,8 @@ class CornerByUses {
     std::map<std::pair<double, double>, int> told_;
 };
 
+// Of the composition with this asset id, told by the layers that show it in both versions, at the same place.
+std::optional<model::Vec3> cornerByUses(const model::Project& before, const model::Project& after,
+                                        const std::string& assetId);
+
 }  // namespace headless::cli

@@ -157,10 +157,10 @@ class WholeCrop {
         try {
             const CropResult cropped = crop(comp, padding);
             const auto self = std::find_if(cropped.resized.begin(), cropped.resized.end(),
-                                           [&](const CroppedComp& each) { return each.name == entry.name; });
+                                           [&](const CroppedComp& each) { return each.item == comp.item->id; });
             entry.outcome = Outcome::Left;
-            entry.reason = whyNotWorth(entry.before, comp.item->size);
-            if (entry.reason.empty()) {
+            entry.reason = whyNotWorth(entry.before, comp.item->size, cropped.added);
+            if (entry.reason.empty()) {  // so it is smaller, and among the resized
                 reachesOut = self->reachesOut();
                 entry.outcome = Outcome::PutBack;
                 entry.reason = whyDifferent(*before, entry);
@@ -202,11 +202,18 @@ class WholeCrop {
     }
 
     // Empty where the crop pays.
-    std::string whyNotWorth(model::Size before, model::Size after) const {
+    std::string whyNotWorth(model::Size before, model::Size after,
+                            const std::vector<CroppedComp>& added) const {
         Area area;
         area.add(before, after);
         if (area.saved() <= 0) {
             return "already as small as its content";
+        }
+        for (const CroppedComp& each : added) {
+            area.add({}, each.after);
+        }
+        if (area.saved() <= 0) {
+            return "pre-composed it would take " + grouped(-area.saved()) + " pixels more";
         }
         return area.savedPercent() < request_.leastSaving
                    ? "would save only " + shortNumber(std::floor(area.savedPercent() * 10) / 10) + " %"

@@ -59,26 +59,6 @@ int frameToShow(CompPictures& pictures, const model::Comp& comp, const Compariso
 
 // ---- Where the second version lies in the first --------------------------------------------------------
 
-// Told by the layers that show the composition in both, at the same place.
-std::optional<model::Vec3> cornerByUses(const model::Project& before, const model::Project& after,
-                                        const std::string& id) {
-    CornerByUses told;
-    const auto shows = [&](const model::Layer& layer) {
-        const model::Comp* shown = compShownBy(layer);
-        return shown != nullptr && shown->assetId == id;
-    };
-    forEachComp(before, [&](const model::Comp& comp) {
-        const model::Comp* other = compById(after, comp.assetId);
-        const std::size_t layers = other == nullptr ? 0 : std::min(comp.layers.size(), other->layers.size());
-        for (std::size_t i = 0; i < layers; ++i) {
-            if (shows(*comp.layers[i]) && shows(*other->layers[i])) {
-                told.add(anchorOf(*comp.layers[i]), anchorOf(*other->layers[i]));
-            }
-        }
-    });
-    return told.corner();
-}
-
 model::Vec3 cornerOf(ReportedProject& before, ReportedProject& after, const std::string& id, int frame,
                      const Comparison& comparison) {
     for (const ComparedComp& compared : comparison.compared) {
@@ -142,8 +122,10 @@ Json reportOf(ReportedProject& before, ReportedProject& after) {
     Area area;
     Json resized = Json::array();
     for (const ChangedComp& comp : comparison.changed) {
+        if (comp.before != comp.after) {
+            area.add(comp.before, comp.after);
+        }
         if (comp.before && comp.after && comp.before != comp.after) {
-            area.add(*comp.before, *comp.after);
             resized.push_back(resizedJson(before, after, comp, comparison));
         }
     }

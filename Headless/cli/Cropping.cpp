@@ -100,6 +100,14 @@ void setPreferences(model::Preferences& preferences, const CropRequest& request)
     preferences.keepFromFile();  // they were asked for this once
 }
 
+// In words; empty where no negative padding takes away from what is visible.
+std::string takenOff(const model::Preferences& preferences) {
+    const std::int64_t padding = preferences.getLong(section, "PaddingAmount").value_or(0);
+    return preferences.getBool(section, "Padding").value_or(false) && padding < 0
+               ? counted(-padding, "pixel") + " taken off each side by the padding"
+               : "";
+}
+
 void requireEnabled(Session& session, const model::Comp& comp, Command command) {
     const Shown shown(session);
     if (!holdKeysFor(session, command).enabled) {
@@ -109,9 +117,13 @@ void requireEnabled(Session& session, const model::Comp& comp, Command command) 
 
 }  // namespace
 
-bool expands(const model::Preferences& preferences, Command command) {
-    return command == Command::Standard && preferences.getBool(section, "Expand").value_or(false) &&
-           preferences.getLong(section, "ExpandAmount").value_or(0) != 0;
+Runs runsOf(const model::Preferences& preferences, Command command) {
+    if (command != Command::Standard || !preferences.getBool(section, "Expand").value_or(false)) {
+        return Runs::Once;
+    }
+    const std::int32_t amount = preferences.getLong(section, "ExpandAmount").value_or(0);
+    // The plug-in crops once more for any amount, and expands by what 16 bits hold of it.
+    return amount == 0 ? Runs::Once : static_cast<std::int16_t>(amount) == 0 ? Runs::Twice : Runs::Expanded;
 }
 
 MenuEntry holdKeysFor(Session& session, Command command) {
@@ -156,17 +168,17 @@ CropResult ProjectBefore::result() const {
         const bool wanted = std::find(targets_.begin(), targets_.end(), &item) != targets_.end();
         if (isNew || wanted || before != item.size) {
             auto& list = isNew ? result.added : before != item.size ? result.resized : result.unchanged;
-            list.push_back({item.name, before, item.size, static_cast<int>(uses[&item].size()),
+            list.push_back({item.id, item.name, before, item.size, static_cast<int>(uses[&item].size()),
                             settling_.cornerOf(project_, item)});
         }
     });
     return result;
 }
 
-CropResult ProjectBefore::settledResult(bool expanded) const {
+CropResult ProjectBefore::settledResult(Runs runs) const {
     std::vector<std::string> settled;
     if (!unchanged()) {
-        settled = settling_.settle(project_, expanded);
+        settled = settling_.settle(project_, runs);
     }
     CropResult cropped = result();
     cropped.settled = std::move(settled);
@@ -231,14 +243,15 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
     }
     CropResult result = request.plugInOnly
                             ? before.result()
-                            : before.settledResult(expands(session.preferences(), request.command));
+                            : before.settledResult(runsOf(session.preferences(), request.command));
     requireNotCancelled(session, request.command, progress, result);
     if (result.resized.empty() && result.added.empty()) {
+        const std::string less = takenOff(session.preferences());
         if (const std::string alerts = shown.alerts(); !alerts.empty()) {
-            throw NothingCropped("the plug-in said" + alerts);
+            throw NothingCropped("the plug-in said" + (less.empty() ? "" : ", with " + less) + alerts);
         }
         if (before.unchanged()) {
-            throw NothingCropped("nothing is visible at any frame");
+            throw NothingCropped("nothing is visible at any frame" + (less.empty() ? "" : " with " + less));
         }
     }
     return result;
@@ -253,7 +266,10 @@ void print(const CropResult& result, bool alerted) {
         }
     }
     for (const CroppedComp& comp : result.added) {
-        std::cout << inQuotes(comp.name) << ": added, " << sizeText(comp.after) << '\n';
+        Area area;
+        area.add({}, comp.after);
+        std::cout << inQuotes(comp.name) << ": added, " << sizeText(comp.after) << ", "
+                  << grouped(-area.saved()) << " pixels more\n";
     }
     for (const std::string& line : result.settled) {
         std::cout << line << '\n';

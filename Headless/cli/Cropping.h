@@ -31,7 +31,8 @@ struct CropRequest {
 };
 
 struct CroppedComp {
-    std::string name;
+    model::ItemId item = 0;
+    std::string name;  // now: what is pre-composed is renamed
     model::Size before, after;
     int uses = 0;                       // layers that show it, all of them corrected
     std::optional<model::Vec3> corner;  // top left, in its pixels of before; where layers show it
@@ -57,8 +58,8 @@ class ProjectBefore {
 
     bool unchanged() const;
     CropResult result() const;
-    // The same once what the plug-in leaves is put right. `expanded`: the crop ran twice.
-    CropResult settledResult(bool expanded) const;
+    // The same once what the plug-in leaves is put right.
+    CropResult settledResult(Runs runs) const;
 
  private:
     model::Project& project_;
@@ -83,8 +84,7 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
 // The same as one of several, with the progress of them all.
 CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& request, const Progress& progress);
 
-// Whether the command crops twice, first to an expanded frame.
-bool expands(const model::Preferences& preferences, Command command);
+Runs runsOf(const model::Preferences& preferences, Command command);
 
 // Throws Stop where the person cancelled a command, which has then done nothing.
 void requireNotCancelled(const Session& session, Command command, const Progress& progress,

@@ -17,13 +17,20 @@ void move(model::Project& project, model::Layer& layer, model::PointStream& (*ge
     model::setLayerField(project, layer, get, std::move(moved));
 }
 
+// Each run loses half a pixel when it starts from an odd size; of an expanding run and the one that follows it
+// exactly one does.
+double lostPixels(int before, int after, Runs runs) {
+    const double ofFirst = before % 2 != 0 ? 0.5 : 0;
+    return runs == Runs::Expanded ? 0.5 : runs == Runs::Twice && after % 2 != 0 ? ofFirst + 0.5 : ofFirst;
+}
+
 }  // namespace
 
 Settling::Settling(const model::Project& project) {
     forEachUse(project, [&](const model::Layer& use) { uses_[use.id] = {use.source->size, anchorOf(use)}; });
 }
 
-std::vector<std::string> Settling::settle(model::Project& project, bool expanded) const {
+std::vector<std::string> Settling::settle(model::Project& project, Runs runs) const {
     std::vector<std::string> lines;
     std::set<const model::Item*> halved;
     project.history.resume();
@@ -33,17 +40,18 @@ std::vector<std::string> Settling::settle(model::Project& project, bool expanded
             (before->second.sourceSize == use.source->size && before->second.anchor == anchorOf(use))) {
             return;
         }
-        // Each run loses half a pixel when it starts from an odd size; of an expanding run and the one that
-        // follows it exactly one does.
-        const auto [width, height] = before->second.sourceSize;
-        const model::Vec3 lost{expanded || width % 2 != 0 ? 0.5 : 0, expanded || height % 2 != 0 ? 0.5 : 0, 0};
+        const model::Size old = before->second.sourceSize;
+        const model::Vec3 lost{lostPixels(old.width, use.source->size.width, runs),
+                               lostPixels(old.height, use.source->size.height, runs), 0};
         if (lost != model::Vec3{}) {
             move(
                 project, use, [](model::Layer& layer) -> model::PointStream& { return layer.anchor; }, lost);
             if (halved.insert(use.source).second) {
-                lines.push_back(inQuotes(use.source->name) + ": gave its uses back the half pixel that " +
-                                (expanded ? "expanding" : "the odd size " + sizeText({width, height})) +
-                                " costs");
+                lines.push_back(inQuotes(use.source->name) + ": gave its uses back " +
+                                (runs == Runs::Expanded ? "the half pixel that expanding costs"
+                                 : runs == Runs::Twice
+                                     ? "what odd sizes cost when it is cropped twice"
+                                     : "the half pixel that the odd size " + sizeText(old) + " costs"));
             }
         }
         const model::Vec3 moved = before->second.anchor - anchorOf(use);

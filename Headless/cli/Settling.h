@@ -15,13 +15,20 @@
 
 namespace headless::cli {
 
+// How often a command crops.
+enum class Runs {
+    Once,
+    Twice,     // to the content both times
+    Expanded,  // to an enlarged frame, then to the content
+};
+
 class Settling {
  public:
     // Remembers where everything is before the crop.
     explicit Settling(const model::Project& project);
 
-    // After it. `expanded`: the crop ran twice, first to an expanded frame. Returns a line for each thing done.
-    std::vector<std::string> settle(model::Project& project, bool expanded) const;
+    // After it. Returns a line for each thing done.
+    std::vector<std::string> settle(model::Project& project, Runs runs) const;
     // The composition's top left corner as it is now, in its pixels of before, seen from those who show it.
     // Nothing where no layer did then and does now.
     std::optional<model::Vec3> cornerOf(const model::Project& project, const model::Item& item) const;

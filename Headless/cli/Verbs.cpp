@@ -44,9 +44,27 @@ std::unique_ptr<model::Project> openProject(const std::string& file, const Readi
         }
         reading.imageFolder = options.images;
     }
-    return archive::isArchive(file)
-               ? archive::openAnimation(archive::openArchive(file), options.animation, reading)
-               : model::Project::open(file, reading);
+    if (archive::isArchive(file)) {
+        return archive::openAnimation(archive::openArchive(file), options.animation, reading);
+    }
+    auto project = model::Project::open(file, reading);
+    if (!options.animation.empty()) {
+        throw Stop(ExitCode::BadInput,
+                   printable(file) + " is one animation and no archive of several; leave --animation out");
+    }
+    return project;
+}
+
+Versions openVersions(const VersionsOptions& options) {
+    ReadingOptions ofBefore = options.reading;
+    ReadingOptions ofAfter = options.reading;
+    // One that was taken out of its archive stands beside it.
+    if (archive::isArchive(options.before) && !archive::isArchive(options.after)) {
+        ofAfter.animation.clear();
+    } else if (!archive::isArchive(options.before) && archive::isArchive(options.after)) {
+        ofBefore.animation.clear();
+    }
+    return {openProject(options.before, ofBefore), openProject(options.after, ofAfter)};
 }
 
 Stop caught() {

@@ -46,6 +46,11 @@ void addResolution(CLI::App& verb, std::string& word);
 // A Lottie file, or one animation of an archive: the one with this id, or the only one where none is said.
 // Throws Stop and model::ProjectError.
 std::unique_ptr<model::Project> openProject(const std::string& file, const ReadingOptions& options);
+// Both; an animation's id is for those that are archives. Throws as openProject does.
+struct Versions {
+    std::unique_ptr<model::Project> before, after;
+};
+Versions openVersions(const VersionsOptions& options);
 // What has been thrown, inside a catch block: a wrong project is bad input, anything unexpected a failure.
 Stop caught();
 // A line on the standard error stream, as the program speaks there.

@@ -168,8 +168,10 @@ class Collector {
         const model::Size largest = use.source->size;
         if (use.useSize != largest) {
             add(Warning::Kind::UseSizes, use,
-                "shows " + inQuotes(use.source->name) + " at " + sizeText(use.useSize) + ", another use at " +
-                    sizeText(largest) + ": after the crop all show the same");
+                (use.useSize == model::Size{}
+                     ? "states no size for " + inQuotes(use.source->name)
+                     : "shows " + inQuotes(use.source->name) + " at " + sizeText(use.useSize)) +
+                    ", which is taken as " + sizeText(largest) + ": after the crop all uses show the same");
         }
     }
 

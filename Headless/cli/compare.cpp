@@ -31,7 +31,7 @@ void print(const ChangedComp& comp) {
 void print(const ComparedComp& comp) {
     std::cout << word(comp.verdict) << ": " << inQuotes(comp.name);
     if (comp.otherTimes) {
-        std::cout << ", its frames are not the same\n";
+        std::cout << ", its frames or their rate are not the same\n";
         return;
     }
     std::cout << ", " << counted(comp.frames, "frame") << " compared";
@@ -43,8 +43,8 @@ void print(const ComparedComp& comp) {
         }
     }
     if (comp.offset) {
-        std::cout << "; resized itself, so laid over its old picture by the visible box, moved by "
-                  << comp.offset->x << "," << comp.offset->y;
+        std::cout << "; resized itself" << (comp.assetId.empty() ? ", which shows on screen" : "")
+                  << "; laid over its old picture, moved by " << comp.offset->x << "," << comp.offset->y;
     }
     std::cout << '\n';
 }
@@ -60,8 +60,7 @@ void print(const Comparison& comparison) {
 }
 
 ExitCode run(const Options& options) {
-    const auto before = openProject(options.versions.before, options.versions.reading);
-    const auto after = openProject(options.versions.after, options.versions.reading);
+    const auto [before, after] = openVersions(options.versions);
     const Comparison comparison = compare(*before, *after, options.request);
     if (options.json) {
         model::Json document = documentJson("compare", options.versions.before, options.versions.after);

@@ -41,7 +41,7 @@ ExitCode run(const Options& options) {
     if (error != A_Err_NONE) {
         throw Stop(ExitCode::Failed, "the plug-in failed (error " + std::to_string(error) + ")");
     }
-    const CropResult result = before.settledResult(expands(session.preferences(), command));
+    const CropResult result = before.settledResult(runsOf(session.preferences(), command));
     requireNotCancelled(session, command, progress, result);
     workplace.printMessages();
     if (command == Command::Preferences) {

@@ -27,7 +27,8 @@ void requireOther(const std::string& page, const std::string& project) {
 }
 
 ExitCode run(const Options& options) {
-    const auto& [firstFile, secondFile, reading] = options.versions;
+    const std::string& firstFile = options.versions.before;
+    const std::string& secondFile = options.versions.after;
     if (options.output.empty() && !options.json) {
         throw Stop(ExitCode::BadInput, "say where the page goes with -o, or ask for its facts with --json");
     }
@@ -36,8 +37,7 @@ ExitCode run(const Options& options) {
         requireOther(options.output, firstFile);
         requireOther(options.output, secondFile);
     }
-    const auto first = openProject(firstFile, reading);
-    const auto second = openProject(secondFile, reading);
+    const auto [first, second] = openVersions(options.versions);
     ReportedProject before{firstFile, *first};
     ReportedProject after{secondFile, *second};
     const model::Json report = reportOf(before, after);

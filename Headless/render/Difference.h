@@ -33,14 +33,24 @@ struct Difference {
 // Compares premultiplied channels. The pictures must be equal in size.
 Difference difference(const PictureView& one, const PictureView& other, int tolerance = 2);
 
-// How many pixels that differ by more than the tolerance lie wholly among others that do: none where the
-// differences are lines of at most two pixels.
-std::size_t pixelsInside(const PictureView& one, const PictureView& other, int tolerance);
+// What an edge drawn a hair's breadth elsewhere may do to a picture, in levels of 255.
+struct NoiseLimits {
+    int invisible = 2;  // nobody sees that much, anywhere
+    int faint = 8;
+    int largest = 64;
+    // By an edge that lies elsewhere by this part of a pixel, a channel changes by this part of its contrast.
+    int partOfContrast = 4;
+    // Of the pixels above faint, and of those that lie in no line of at most two pixels: so many, and no more
+    // than one for each so many of the picture.
+    std::size_t pixels = 40;
+    std::size_t pictureForEach = 256;
+    // Of those that no edge explains, this part of them.
+    std::size_t strayPart = 20;
+};
 
-// Whether the pixels that differ by more than the tolerance, with those around them, come closer to the other
-// picture's by more than half once that one is moved by one pixel. Not asked of a handful of pixels: those fit
-// by chance.
-bool fitsBetterMoved(const PictureView& one, const PictureView& other, int tolerance);
+// Whether all that differs is such noise. What is gone, new, of another colour or a pixel elsewhere is none,
+// however faint or small: there is no edge in both pictures that explains it.
+bool isEdgeNoise(const PictureView& one, const PictureView& other, const NoiseLimits& limits = {});
 
 // Around the pixels that are not wholly transparent; nothing where there are none.
 std::optional<PixelBox> visibleBounds(const PictureView& picture);

@@ -75,6 +75,34 @@ TEST_F(Archives, AsAWholeEveryAnimationIsCroppedIntoOneArchive) {
     EXPECT_FALSE(fs::exists(pathOf("out.json")));
 }
 
+TEST_F(Archives, OneNameInBothFoldersIsTwoAnimations) {
+    write("in.lottie", packed({{"animations/x.json", card("First")}, {"a/x.json", card("Second")}}));
+    const Outcome outcome = run({"crop", "--all", pathOf("in.lottie"), "--in-place"});
+    EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;
+    EXPECT_EQ(cardIn("in.lottie", "animations/x.json"), (Size{14, 24}));
+    EXPECT_EQ(cardIn("in.lottie", "a/x.json"), (Size{14, 24}));
+}
+
+TEST_F(Archives, AnAnimationIsNamedOfArchivesOnly) {
+    write("in.json", card("Scene"));
+    write("in.lottie", packed({{"a/x.json", card("Scene")}}));
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"info", pathOf("in.json")},
+          {"crop", pathOf("in.json"), "--layer", "Card", "-o", pathOf("out.json")},
+          {"crop", "--all", pathOf("in.json"), "-o", pathOf("out.json")},
+          {"compare", pathOf("in.json"), pathOf("in.json")}}) {
+        std::vector<std::string> named = arguments;
+        named.insert(named.end(), {"--animation", "x"});
+        const Outcome outcome = run(named);
+        EXPECT_EQ(outcome.code, ExitCode::BadInput) << arguments[0];
+        EXPECT_THAT(outcome.err, AllOf(HasSubstr("in.json"), HasSubstr("--animation")));
+    }
+    EXPECT_FALSE(fs::exists(pathOf("out.json")));
+    // One that was taken out of its archive.
+    EXPECT_EQ(run({"compare", pathOf("in.lottie"), pathOf("in.json"), "--animation", "x"}).code,
+              ExitCode::Done);
+}
+
 TEST_F(Archives, TheFormFollowsTheNameButStaysWhereTheFileDoes) {
     write("in.lottie", packed({{"a/x.json", card("Scene")}}));
     EXPECT_EQ(crop("in.lottie", "out.json").code, ExitCode::Done);
@@ -106,6 +134,11 @@ TEST_F(Archives, PicturesStayWithTheAnimation) {
     EXPECT_EQ(cardIn("out.lottie"), (Size{3, 2}));
     EXPECT_EQ(entry("out.lottie", "images/dot.png"), dot);
     EXPECT_EQ(run({"compare", pathOf("in.lottie"), pathOf("out.lottie")}).code, ExitCode::Done);
+
+    headless::render::writePng(pathOf("other.png"), {3, 2, std::vector<std::uint32_t>(6, 0xFF00FF00)});
+    write("other.lottie",
+          packed({{"animations/x.json", scene}, {"images/dot.png", contentOf(pathOf("other.png"))}}));
+    EXPECT_EQ(run({"compare", pathOf("in.lottie"), pathOf("other.lottie")}).code, ExitCode::Differs);
 
     const Outcome alone = crop("in.lottie", "out.json");
     EXPECT_EQ(alone.code, ExitCode::BadInput);

@@ -50,9 +50,10 @@ TEST_F(Crop, TheCompositionAsAWholeAtTheTimeGiven) {
     EXPECT_THAT(crop(file, {"--resolution", "half", "--answer", "Low Resolution=Accurate"}).out,
                 HasSubstr("-> 10 x 20"));
 
-    // The cropped root has no other picture to be seen in: it is laid over its old self.
-    EXPECT_THAT(run({"compare", file, pathOf("out.json"), "--frame", "3"}).out,
-                HasSubstr("laid over its old picture by the visible box, moved by 5,5"));
+    // The cropped root is what is on screen; that its content is the same is told beside.
+    const Outcome comparison = run({"compare", file, pathOf("out.json"), "--frame", "3"});
+    EXPECT_EQ(comparison.code, ExitCode::Differs);
+    EXPECT_THAT(comparison.out, HasSubstr("laid over its old picture, moved by 5,5"));
 }
 
 TEST_F(Crop, RenderWritesTheFrameThatInfoNames) {
@@ -100,6 +101,26 @@ TEST_F(Crop, ATightCompositionOfOddSizeStaysInPlaceToo) {
     const std::string even = write("even.json", scene({40, 40}));
     EXPECT_EQ(crop(even, {"--layer", "Card", "--expand", "10"}).code, ExitCode::Done);
     EXPECT_EQ(run({"compare", even, pathOf("out.json")}).code, ExitCode::Done);
+
+    // An amount of which the plug-in's 16 bits keep nothing: it crops twice and expands neither time.
+    const std::string store =
+        write("prefs", "[\"Kestrin\"]\n\t\"Expand\" = 01\n\t\"ExpandAmount\" = \"65536\"\n");
+    for (const std::string& file : {even, odd}) {
+        const Outcome twice = crop(file, {"--layer", "Card", "--preferences", store});
+        EXPECT_EQ(twice.code, ExitCode::Done) << twice.err;
+        EXPECT_EQ(twice.out.find("gave its uses back") == std::string::npos, file == even) << twice.out;
+        EXPECT_EQ(run({"compare", file, pathOf("out.json")}).code, ExitCode::Done) << file;
+    }
+}
+
+TEST_F(Crop, WhatAPaddingTakesAwayIsNotCalledInvisible) {
+    for (const std::vector<std::string>& how : {std::vector<std::string>{}, {"--duration"}}) {
+        std::vector<std::string> arguments = {"--layer", "Big lantern", "--padding", "-30000"};
+        arguments.insert(arguments.end(), how.begin(), how.end());
+        const Outcome outcome = crop(KESTRIN_EXAMPLE, arguments);
+        EXPECT_EQ(outcome.code, ExitCode::NothingToDo);
+        EXPECT_THAT(outcome.err, HasSubstr("with 30,000 pixels taken off each side by the padding"));
+    }
 }
 
 TEST_F(Crop, APaddingBeyondEverySizeIsRefused) {

@@ -105,6 +105,23 @@ TEST_F(Whole, WhatWouldShiftIsPutBack) {
     EXPECT_EQ(contentOf(pathOf("out.json")), disagreeing.text());
 }
 
+TEST_F(Whole, PrecomposingIsNoSaving) {
+    const CompSpec spec =
+        project("Scene", {300, 200})
+            .with(precomp("Card", {200, 200}).with(solid("s", {20, 20}).at({50, 60, 0}).threeD()));
+    EXPECT_THAT(lines(all(spec, {"--answer", "3D Layers=Yes"})), ElementsAre("Card left 200 x 200"));
+    EXPECT_EQ(outcome.code, ExitCode::NothingToDo);
+    const Json file = Json::parse(outcome.out)["files"][0];
+    EXPECT_THAT(file["compositions"][0]["reason"].get<std::string>(),
+                HasSubstr("pre-composed it would take 576 pixels more"));
+    EXPECT_EQ(file["area"]["after"], file["area"]["before"]);
+    EXPECT_EQ(contentOf(pathOf("out.json")), spec.text());
+
+    const Json direct = all(spec, {"--answer", "3D Layers=No"});
+    EXPECT_THAT(lines(direct), ElementsAre("Card cropped 24 x 24"));
+    EXPECT_EQ(direct["compositions"][0]["corner"], Json::parse(R"({"x": 48.0, "y": 58.0})"));
+}
+
 TEST_F(Whole, WarningsNameCompositionAndLayer) {
     const Json expression = {{"a", 0}, {"k", {0, 0}}, {"x", "var $bm_rt = value;"}};
     const CompSpec spec = project("Scene", {300, 200})
@@ -127,6 +144,12 @@ TEST_F(Whole, WarningsNameCompositionAndLayer) {
                                                         "expression: Child in Scene"));
     EXPECT_THAT(lines(all(spec, {"--leave-warned"})),
                 ElementsAre("Card left 200 x 200", "Plain cropped 14 x 14"));
+
+    const Json alone = all(project("Scene", {300, 200})
+                               .with(useOf("Card", {200, 0}))
+                               .having(comp("Card", {200, 200}).with(solid("s", {10, 10}))));
+    const std::string sizes = alone["warnings"].at(0)["text"];
+    EXPECT_THAT(sizes, AllOf(HasSubstr("shows \"Card\" at 200 x 0"), Not(HasSubstr("another use"))));
 }
 
 TEST_F(Whole, ABatchGoesOnAfterABadFile) {

@@ -170,8 +170,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"ripple.json", 1, 1, 0, 0, 0, 0, noMask, 0, 0},
         // The same picture without a mask lies below, and what is shown reaches the edges at other times only.
         Row{"navidad.json", 3, 5, 89, 88, 89, 89, unseen, unseen, unseen},
-        // The content fades out towards its right edge.
-        Row{KESTRIN_EXAMPLE, 6, 1, 20, 20, 20, 20, 20, unseen, 20}),
+        Row{KESTRIN_EXAMPLE, 6, 1, 20, 20, 20, 20, 20, 20, 20}),
     [](const auto& row) { return wordOf(row.param.file) + std::to_string(row.index); });
 
 }  // namespace
