@@ -19,6 +19,7 @@ struct Options {
     SelectionOptions selection;
     int request = 0;
     std::string output;
+    ReadOnly readOnly = ReadOnly::Stays;
 };
 
 ExitCode run(const Options& options) {
@@ -26,8 +27,12 @@ ExitCode run(const Options& options) {
     if (options.output.empty() && command != Command::Preferences) {
         throw Stop(ExitCode::BadInput, "say where the result goes: -o FILE");
     }
-    const auto output = options.output.empty() ? std::filesystem::path()
-                                               : outputFile(options.output, options.workplace.project, false);
+    std::optional<ResultFile> file;
+    if (!options.output.empty()) {
+        file.emplace(options.workplace.project,
+                     outputFile(options.output, options.workplace.project, false, options.readOnly),
+                     options.readOnly);
+    }
     Workplace workplace(options.workplace);
     Session& session = workplace.session();
     const model::Comp& comp = workplace.open(options.selection);
@@ -51,11 +56,10 @@ ExitCode run(const Options& options) {
     if (alerted && result.resized.empty() && result.added.empty()) {
         return ExitCode::NothingToDo;
     }
-    ResultFile file(options.workplace.project, output);
-    file.put(session.project(), options.workplace.reading.animation);
-    file.write();
+    file->put(session.project(), options.workplace.reading.animation);
+    file->write();
     print(result, alerted);
-    std::cout << "wrote " << printable(output.string()) << '\n';
+    std::cout << "wrote " << printable(options.output) << '\n';
     return ExitCode::Done;
 }
 
@@ -72,6 +76,7 @@ void addPanel(CLI::App& program, Action& action) {
     addSelectionOptions(*verb, options->selection, "Layer that is selected");
     addWorkplaceOptions(*verb, options->workplace);
     verb->add_option("-o,--output", options->output, "File to write")->type_name("FILE");
+    addForce(*verb, options->readOnly);
     verb->footer("Example: kestrin panel 2 examples/lanterns.json --layer \"Big lantern\" -o cropped.json");
     verb->callback([&action, options] { action = [options] { return run(*options); }; });
 }

@@ -6,7 +6,6 @@
 #include "cli/ReportPage.h"
 #include "cli/Text.h"
 #include "cli/Verbs.h"
-#include "files/WholeFile.h"
 
 namespace headless::cli {
 
@@ -15,6 +14,7 @@ namespace {
 struct Options {
     VersionsOptions versions;
     std::string output;
+    ReadOnly readOnly = ReadOnly::Stays;
     bool json = false;
 };
 
@@ -32,7 +32,7 @@ ExitCode run(const Options& options) {
         throw Stop(ExitCode::BadInput, "say where the page goes with -o, or ask for its facts with --json");
     }
     if (!options.output.empty()) {
-        requireWritable(options.output);
+        requireWritable(options.output, options.readOnly);
         requireOther(options.output, firstFile);
         requireOther(options.output, secondFile);
     }
@@ -42,7 +42,7 @@ ExitCode run(const Options& options) {
     ReportedProject after{secondFile, *second};
     const model::Json report = reportOf(before, after);
     if (!options.output.empty()) {
-        writeWhole(options.output, reportPage(report, before, after));
+        writeResult(options.output, reportPage(report, before, after), options.readOnly);
     }
     if (options.json) {
         std::cout << jsonText(report) << '\n';
@@ -59,6 +59,7 @@ void addReport(CLI::App& program, Action& action) {
     CLI::App* verb = program.add_subcommand("report", "Make a page that shows what a crop did");
     verb->add_option("-o,--output", options->output, "Page to write, one file that needs no other")
         ->type_name("HTML");
+    addForce(*verb, options->readOnly);
     verb->add_flag("--json", options->json, "Print what the page says as one JSON document");
     addVersions(*verb, options->versions,
                 "Example: kestrin report examples/lanterns.json cropped.json -o report.html");
