@@ -22,6 +22,7 @@ struct Options {
     bool duration = false;
     bool inPlace = false;
     ReadOnly readOnly = ReadOnly::Stays;
+    int mostFrames = usualFrames;
     // Of whole animations.
     bool all = false;
     double leastSaving = CropAllRequest{}.leastSaving;
@@ -39,6 +40,7 @@ ExitCode runAll(const Options& options) {
     crop.leastSaving = options.leastSaving;
     crop.leaveWarned = options.leaveWarned;
     crop.plugInOnly = options.request.plugInOnly;
+    crop.mostFrames = options.mostFrames;
     return cropFiles({options.workplace, options.projects, options.output, options.inPlace, options.readOnly,
                       options.json, crop});
 }
@@ -65,6 +67,9 @@ ExitCode run(Options& options, bool maskCrop) {
     Workplace workplace(options.workplace);
     model::Comp& comp = workplace.open(options.selection);
     print(warningsFor(workplace.session().project(), cropTargets(workplace.session().project(), comp)));
+    if (options.duration) {
+        requireFrames(framesOf(cropTargets(workplace.session().project(), comp)), options.mostFrames);
+    }
     const CropResult result = crop(workplace, comp, options.request);
 
     file.put(workplace.session().project(), options.workplace.reading.animation);
@@ -134,6 +139,7 @@ void addCrop(CLI::App& program, Action& action) {
         ->excludes(inPlace)
         ->type_name("FILE");
     addForce(*verb, options->readOnly);
+    addMostFrames(*verb, options->mostFrames);
 
     addWholeOptions(*verb, *options);
     verb->footer(

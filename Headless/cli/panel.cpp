@@ -20,6 +20,7 @@ struct Options {
     int request = 0;
     std::string output;
     ReadOnly readOnly = ReadOnly::Stays;
+    int mostFrames = usualFrames;
 };
 
 ExitCode run(const Options& options) {
@@ -36,7 +37,11 @@ ExitCode run(const Options& options) {
     Workplace workplace(options.workplace);
     Session& session = workplace.session();
     const model::Comp& comp = workplace.open(options.selection);
-    const ProjectBefore before(session.project(), cropTargets(session.project(), comp));
+    const std::vector<const model::Item*> targets = cropTargets(session.project(), comp);
+    if (command == Command::Duration) {
+        requireFrames(framesOf(targets), options.mostFrames);
+    }
+    const ProjectBefore before(session.project(), targets);
 
     session.preferences().setLong("Kestrin", "Menu_Cmd", session.pluginCommand());
     session.preferences().setLong("Kestrin", "Panel_Run", options.request);
@@ -77,6 +82,7 @@ void addPanel(CLI::App& program, Action& action) {
     addWorkplaceOptions(*verb, options->workplace);
     verb->add_option("-o,--output", options->output, "File to write")->type_name("FILE");
     addForce(*verb, options->readOnly);
+    addMostFrames(*verb, options->mostFrames);
     verb->footer("Example: kestrin panel 2 examples/lanterns.json --layer \"Big lantern\" -o cropped.json");
     verb->callback([&action, options] { action = [options] { return run(*options); }; });
 }

@@ -48,6 +48,7 @@ void addRender(CLI::App& program, Action& action) {
     addReadingOptions(*verb, options->reading);
     verb->add_option("-o,--output", options->output, "File to write")->required()->type_name("PNG");
     addForce(*verb, options->readOnly);
+    addTimeout(*verb);
     verb->footer("Example: kestrin render examples/lanterns.json --frame 30 -o frame.png");
     verb->callback([&action, options] { action = [options] { return run(*options); }; });
 }

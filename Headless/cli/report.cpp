@@ -27,7 +27,7 @@ void requireOther(const std::string& page, const std::string& project) {
 }
 
 ExitCode run(const Options& options) {
-    const auto& [firstFile, secondFile, reading] = options.versions;
+    const auto& [firstFile, secondFile, reading, mostFrames] = options.versions;
     if (options.output.empty() && !options.json) {
         throw Stop(ExitCode::BadInput, "say where the page goes with -o, or ask for its facts with --json");
     }
@@ -40,7 +40,7 @@ ExitCode run(const Options& options) {
     const auto second = openProject(secondFile, reading);
     ReportedProject before{firstFile, *first};
     ReportedProject after{secondFile, *second};
-    const model::Json report = reportOf(before, after);
+    const model::Json report = reportOf(before, after, mostFrames);
     if (!options.output.empty()) {
         writeResult(options.output, reportPage(report, before, after), options.readOnly);
     }
