@@ -8,6 +8,7 @@
 
 #include "archive/DotLottie.h"
 #include "cli/ExitCode.h"
+#include "cli/Supervisor.h"
 #include "cli/Text.h"
 
 namespace headless::cli {
@@ -100,6 +101,7 @@ fs::path outputFile(const fs::path& output, const fs::path& input, bool inPlace,
 
 ResultFile::ResultFile(fs::path input, fs::path output, ReadOnly readOnly)
     : input_(std::move(input)), output_(std::move(output)), readOnly_(readOnly), read_(input_) {
+    workOn(input_.string());
     std::error_code error;
     fromArchive_ = archive::isArchive(input_);
     toArchive_ = fs::equivalent(input_, output_, error) ? fromArchive_ : output_.extension() == ".lottie";

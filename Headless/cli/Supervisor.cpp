@@ -68,7 +68,7 @@ class TerminalState {
  public:
     TerminalState() : known_(::isatty(STDIN_FILENO) != 0 && ::tcgetattr(STDIN_FILENO, &state_) == 0) {}
     void restore() const {
-        if (known_) {
+        if (known_ && ::tcgetpgrp(STDIN_FILENO) == ::getpgrp()) {  // in the background we would be stopped
             ::tcsetattr(STDIN_FILENO, TCSADRAIN, &state_);
         }
     }
@@ -93,15 +93,14 @@ constexpr int passedOn[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
 
 class Watch {
  public:
-    Watch(const Page& shared, pid_t child, milliseconds longest)
-        : page_(const_cast<Page&>(shared)), child_(child), longest_(longest) {}
+    Watch(Page& shared, pid_t child, milliseconds longest) : page_(shared), child_(child), longest_(longest) {}
 
-    ExitCode result(const sigset_t& signals) {
+    ExitCode result(const sigset_t& signals, const TerminalState& terminal) {
         const int status = await(signals);
         if (WIFEXITED(status) && page_.done) {
             return static_cast<ExitCode>(WEXITSTATUS(status));
         }
-        terminal_.restore();
+        terminal.restore();
         if (page_.stage == Ending) {
             return fail(ExitCode::TimedOut,
                         "ended after " + shortNumber(double(longest_.count()) / 1000) + " s" +
@@ -111,10 +110,10 @@ class Watch {
         if (WIFSIGNALED(status) && comesFromOutside(WTERMSIG(status))) {
             endBy(WTERMSIG(status));
         }
-        if (passed_ == SIGINT) {  // an open dialog ends the program in its own way
+        if (WIFEXITED(status) && passed_ == SIGINT) {  // an open dialog ends the program in its own way
             return fail(ExitCode::Cancelled, "cancelled");
         }
-        if (passed_ != 0) {
+        if (WIFEXITED(status) && passed_ != 0) {
             endBy(passed_);
         }
         const bool inHook = *page_.hook != '\0';
@@ -190,7 +189,6 @@ class Watch {
     Page& page_;
     pid_t child_;
     milliseconds longest_;
-    TerminalState terminal_;
     int passed_ = 0;  // the last signal that came
 };
 
@@ -211,13 +209,14 @@ std::optional<ExitCode> supervised(std::chrono::milliseconds longest) {
     }
     std::signal(SIGCHLD, SIG_DFL);
     ::sigprocmask(SIG_BLOCK, &signals, &before);
+    const TerminalState terminal;
     const pid_t parent = ::getpid();
     const pid_t child = ::fork();
     if (child < 0) {
         throw Stop(ExitCode::Failed, std::string("the program cannot start its work: ") + std::strerror(errno));
     }
     if (child > 0) {
-        return Watch(*shared, child, longest).result(signals);
+        return Watch(*shared, child, longest).result(signals, terminal);
     }
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (::getppid() != parent) {  // it died before the line above
