@@ -52,7 +52,7 @@ std::vector<Place> planned(const BatchRequest& request) {
     for (const std::string& project : request.projects) {
         const fs::path input = project;
         const fs::path output = folder ? request.output / input.filename() : fs::path(request.output);
-        places.push_back({input, outputFile(output, input, request.inPlace)});
+        places.push_back({input, outputFile(output, input, request.inPlace, request.readOnly)});
         if (!taken.insert(places.back().output.lexically_normal()).second) {
             throw Stop(ExitCode::BadInput, "two results would be written to " +
                                                printable(places.back().output.string()) +
@@ -219,7 +219,7 @@ bool attempt(Entry& entry, const std::function<void()>& work) {
 // Each animation in turn, then the file is written. One that fails stays as it was in its archive; where the
 // person cancels, or the file cannot be written, that is all there is to tell.
 std::vector<Entry> cropFile(const BatchRequest& request, const Place& place) {
-    ResultFile file(place.input, place.output);
+    ResultFile file(place.input, place.output, request.readOnly);
     Entry whole{place, "", ExitCode::Done, "", {}, false};
     std::vector<std::string> animations;
     if (request.workplace.reading.animation.empty() &&

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cli/CropAll.h"
+#include "files/WholeFile.h"
 
 namespace headless::cli {
 
@@ -14,6 +15,7 @@ struct BatchRequest {
     std::vector<std::string> projects;  // files
     std::string output;                 // a file for one project, else a folder
     bool inPlace = false;
+    ReadOnly readOnly = ReadOnly::Stays;
     bool json = false;  // one document on standard output instead of lines
     CropAllRequest crop;
 };

@@ -1,5 +1,7 @@
 #include "cli/CommandLine.h"
 
+#include <cmath>
+
 namespace headless::cli {
 
 void buildProgram(CLI::App& program, Action& action) {
@@ -20,6 +22,12 @@ void buildProgram(CLI::App& program, Action& action) {
     addPreferences(program, action);
     addMenu(program, action);
     addPanel(program, action);
+}
+
+std::chrono::milliseconds timeoutOf(const CLI::App& program) {
+    const CLI::Option* option = program.get_subcommands().front()->get_option_no_throw("--timeout");
+    const double seconds = option == nullptr ? 0 : option->count() > 0 ? option->as<double>() : usualTimeout;
+    return std::chrono::milliseconds(std::llround(seconds * 1000));
 }
 
 }  // namespace headless::cli

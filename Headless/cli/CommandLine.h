@@ -2,12 +2,16 @@
 
 #pragma once
 
+#include <chrono>
+
 #include "cli/Verbs.h"
 
 namespace headless::cli {
 
 // Adds everything to an empty program; reading a command line sets `action`.
 void buildProgram(CLI::App& program, Action& action);
+// How long the verb that was read may take; 0: any time.
+std::chrono::milliseconds timeoutOf(const CLI::App& program);
 
 struct ExitMeaning {
     ExitCode code;
@@ -21,6 +25,7 @@ constexpr ExitMeaning exitMeanings[] = {
     {ExitCode::SomePutBack, "crop --all: some compositions were put back, because their pictures had changed"},
     {ExitCode::Cancelled, "cancelled; nothing was written"},
     {ExitCode::Failed, "it failed"},
+    {ExitCode::TimedOut, "it took longer than --timeout allows, and was ended"},
 };
 
 }  // namespace headless::cli

@@ -8,6 +8,7 @@
 #include "cli/Comps.h"
 #include "cli/ExitCode.h"
 #include "cli/Find.h"
+#include "cli/Verbs.h"
 #include "session/CompPictures.h"
 
 namespace headless::cli {
@@ -267,6 +268,11 @@ Comparison compare(const model::Project& before, const model::Project& after,
         })) {
         findFrame(before.root(), *request.frame);
     }
+    std::int64_t frames = 0;
+    for (const std::string& id : chosen) {
+        frames += request.frame ? 1 : frameCount(*pairs.at(id).before);
+    }
+    requireFrames(frames, request.mostFrames);
     Pictures pictures(before, after);
     for (const std::string& id : chosen) {
         const Pair& pair = pairs.at(id);

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <functional>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -57,9 +58,10 @@ struct ComparisonRequest {
     std::optional<int> frame;  // of each composition that has it; else all frames
     std::string comp;          // only this one, changed or not, by name or asset id in the first project
     std::function<void()> onFrame = {};  // called after each frame
+    int mostFrames = std::numeric_limits<int>::max();
 };
 
-// Throws Stop where no composition has the frame asked for, and render::RenderError.
+// Throws Stop where no composition has the frame asked for or there are too many, and render::RenderError.
 Comparison compare(const model::Project& before, const model::Project& after,
                    const ComparisonRequest& request = {});
 

@@ -71,19 +71,20 @@ class WholeCrop {
         }
         const std::vector<model::Comp*> comps = innermostFirst(project_);
         std::vector<const model::Item*> items;
-        int frames = frameCount(project_.root());
+        std::int64_t frames = frameCount(project_.root());
         for (const model::Comp* comp : comps) {
             items.push_back(comp->item);
             frames += framesFor(*comp);
         }
+        requireFrames(frames, request_.mostFrames);
         result_.warnings = warningsFor(project_, items);
         onWarnings(result_.warnings);
-        Progress progress(workplace_.session(), static_cast<int>(comps.size()), frames);
+        Progress progress(workplace_.session(), static_cast<int>(comps.size()), static_cast<int>(frames));
         progress_ = &progress;
         for (model::Comp* comp : comps) {
             stepsBefore_.push_back(project_.history.done().size());
             result_.comps.push_back(tried(*comp));
-            progress.compDone(framesFor(*comp));
+            progress.compDone(static_cast<int>(framesFor(*comp)));
         }
         checkWhole();
         return std::move(result_);
@@ -91,7 +92,7 @@ class WholeCrop {
 
  private:
     // To crop it, and to look at those that show it.
-    int framesFor(const model::Comp& comp) const {
+    std::int64_t framesFor(const model::Comp& comp) const {
         const auto uses = uses_.find(comp.item);
         if (uses == uses_.end()) {
             return 0;
@@ -100,7 +101,7 @@ class WholeCrop {
         for (const model::Layer* use : uses->second) {
             showing.insert(use->comp);
         }
-        int frames = frameCount(comp);
+        std::int64_t frames = frameCount(comp);
         for (const model::Comp* each : showing) {
             frames += frameCount(*each);
         }

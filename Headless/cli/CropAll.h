@@ -20,6 +20,7 @@ struct CropAllRequest {
     double leastSaving = 5;    // percent of a composition's area below which it is left
     bool leaveWarned = false;  // leave compositions that there is a warning about
     bool plugInOnly = false;   // nothing but what the plug-in does
+    int mostFrames = usualFrames;
 };
 
 enum class Outcome {

@@ -117,8 +117,10 @@ Json animationJson(ReportedProject& before, ReportedProject& after, const Compar
 
 }  // namespace
 
-Json reportOf(ReportedProject& before, ReportedProject& after) {
-    const Comparison comparison = compare(before.project, after.project);
+Json reportOf(ReportedProject& before, ReportedProject& after, int mostFrames) {
+    ComparisonRequest request;
+    request.mostFrames = mostFrames;
+    const Comparison comparison = compare(before.project, after.project, request);
     Area area;
     Json resized = Json::array();
     for (const ChangedComp& comp : comparison.changed) {

@@ -14,7 +14,8 @@ struct ReportedProject {
     CompPictures pictures{project};
 };
 
-// Throws render::RenderError.
-model::Json reportOf(ReportedProject& before, ReportedProject& after);
+// Throws Stop where there are more frames to compare, and render::RenderError.
+model::Json reportOf(ReportedProject& before, ReportedProject& after,
+                     int mostFrames = std::numeric_limits<int>::max());
 
 }  // namespace headless::cli

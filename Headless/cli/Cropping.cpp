@@ -6,6 +6,7 @@
 #include "cli/Area.h"
 #include "cli/Comps.h"
 #include "cli/Obstacles.h"
+#include "cli/Find.h"
 #include "cli/Text.h"
 #include "cli/Verbs.h"
 
@@ -209,6 +210,14 @@ std::vector<const model::Item*> cropTargets(const model::Project& project, const
     return targets;
 }
 
+std::int64_t framesOf(const std::vector<const model::Item*>& targets) {
+    std::int64_t frames = 0;
+    for (const model::Item* target : targets) {
+        frames += frameCount(*target->comp);
+    }
+    return frames;
+}
+
 bool CroppedComp::reachesOut() const {
     return corner && (corner->x < 0 || corner->y < 0 || corner->x + after.width > before.width ||
                       corner->y + after.height > before.height);
@@ -238,6 +247,9 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
     const Shown shown(session);
     const A_Err error = session.runCommand(session.pluginCommand());
     workplace.requireAnswered();
+    if (error == A_Err_ALLOC) {
+        throw std::bad_alloc();
+    }
     if (error != A_Err_NONE) {
         throw Stop(ExitCode::Failed, "the plug-in failed:" + shown.problems());
     }

@@ -78,6 +78,9 @@ struct NothingCropped : Stop {
 // What a crop of the opened composition with this selection is about.
 std::vector<const model::Item*> cropTargets(const model::Project& project, const model::Comp& comp);
 
+// That a duration crop of them looks at.
+std::int64_t framesOf(const std::vector<const model::Item*>& targets);
+
 // Runs the command on what is open and selected. Throws NothingCropped, and Stop when a dialog got no answer,
 // when the plug-in failed, or when the person cancelled; the project is then not to be written.
 CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& request);

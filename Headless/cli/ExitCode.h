@@ -15,6 +15,7 @@ enum class ExitCode : int {
     SomePutBack = 4,
     Cancelled = 5,
     Failed = 6,
+    TimedOut = 7,
 };
 
 // Ends the verb. The message names the item and what to do about it.

@@ -8,8 +8,8 @@
 
 #include "archive/DotLottie.h"
 #include "cli/ExitCode.h"
+#include "cli/Supervisor.h"
 #include "cli/Text.h"
-#include "files/WholeFile.h"
 
 namespace headless::cli {
 
@@ -21,9 +21,16 @@ std::string because(int reason) {
     return std::generic_category().message(reason);
 }
 
-}  // namespace
+std::string whyNotReplaceable(const fs::path& file, ReadOnly readOnly) {
+    try {
+        requireReplaceable(file, readOnly);
+        return "";
+    } catch (const std::runtime_error& problem) {
+        return problem.what();
+    }
+}
 
-void requireWritable(const fs::path& file) {
+void requireWritable(const fs::path& file, ReadOnly readOnly, bool offersForce) {
     std::error_code error;
     const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
     const auto refuse = [&](const std::string& why) {
@@ -41,14 +48,49 @@ void requireWritable(const fs::path& file) {
     if (::access(folder.c_str(), W_OK) != 0) {
         refuse(because(errno));
     }
+    if (const std::string problem = whyNotReplaceable(file, readOnly); !problem.empty()) {
+        const bool forceHelps = offersForce && whyNotReplaceable(file, ReadOnly::IsReplaced).empty();
+        throw Stop(ExitCode::BadInput, printable(problem) + (forceHelps ? ", or say --force" : ""));
+    }
 }
 
-fs::path outputFile(const fs::path& output, const fs::path& input, bool inPlace) {
+}  // namespace
+
+void addForce(CLI::App& verb, ReadOnly& readOnly) {
+    verb.add_flag_callback(
+        "--force", [&readOnly] { readOnly = ReadOnly::IsReplaced; }, "Write over a file that is read-only");
+}
+
+void requireWritable(const fs::path& file) {
+    requireWritable(file, ReadOnly::Stays, false);
+}
+
+void requireWritable(const fs::path& file, ReadOnly readOnly) {
+    requireWritable(file, readOnly, true);
+}
+
+void writeResult(const fs::path& file, std::string_view content, ReadOnly readOnly) {
+    const Lost lost = writeWhole(file, content, readOnly);
+    if (lost.owner || lost.group) {
+        say("note: " + printable(file.string()) + " has another " +
+            (!lost.group  ? "owner"
+             : lost.owner ? "owner and group"
+                          : "group") +
+            " now; the system does not let you keep what it had");
+    }
+    if (lost.otherNames > 0) {
+        say("note: " + printable(file.string()) + " had " +
+            counted(static_cast<std::int64_t>(lost.otherNames), "other name") +
+            " (hard links), where the old content stays");
+    }
+}
+
+fs::path outputFile(const fs::path& output, const fs::path& input, bool inPlace, ReadOnly readOnly) {
     if (inPlace) {
-        requireWritable(input);
+        requireWritable(input, readOnly);
         return input;
     }
-    requireWritable(output);
+    requireWritable(output, readOnly);
     std::error_code error;
     if (fs::equivalent(output, input, error)) {
         throw Stop(ExitCode::BadInput, "the output " + printable(output.string()) +
@@ -57,7 +99,9 @@ fs::path outputFile(const fs::path& output, const fs::path& input, bool inPlace)
     return output;
 }
 
-ResultFile::ResultFile(fs::path input, fs::path output) : input_(std::move(input)), output_(std::move(output)) {
+ResultFile::ResultFile(fs::path input, fs::path output, ReadOnly readOnly)
+    : input_(std::move(input)), output_(std::move(output)), readOnly_(readOnly), read_(input_) {
+    workOn(input_.string());
     std::error_code error;
     fromArchive_ = archive::isArchive(input_);
     toArchive_ = fs::equivalent(input_, output_, error) ? fromArchive_ : output_.extension() == ".lottie";
@@ -109,7 +153,13 @@ void ResultFile::put(const model::Project& project, const std::string& animation
 }
 
 void ResultFile::write() const {
-    writeWhole(output_, content_);
+    const FileLock lock(output_);
+    if (Snapshot(input_) != read_) {
+        throw Stop(ExitCode::Failed, printable(input_.string()) +
+                                         " was changed by somebody else in the meantime; nothing was written, "
+                                         "crop it again");
+    }
+    writeResult(output_, content_, readOnly_);
 }
 
 }  // namespace headless::cli

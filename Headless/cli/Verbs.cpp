@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "archive/DotLottie.h"
+#include "cli/Supervisor.h"
 #include "cli/Text.h"
 
 namespace headless::cli {
@@ -23,10 +24,38 @@ void addVersions(CLI::App& verb, VersionsOptions& options, const std::string& ex
     verb.add_option("BEFORE", options.before, "Lottie file or .lottie archive")->required()->type_name("");
     verb.add_option("AFTER", options.after, "The file made of it")->required()->type_name("");
     addReadingOptions(verb, options.reading);
+    addMostFrames(verb, options.mostFrames);
+    addTimeout(verb);
     verb.footer(
         "Exits with 0 when the pictures are equal but for thin rests along an edge, with 1 when they "
         "differ.\n" +
         example);
+}
+
+void addMostFrames(CLI::App& verb, int& most) {
+    verb.add_option(
+            "--most-frames", most,
+            "Frames beyond which the command does not begin to draw (" + std::to_string(usualFrames) + ")")
+        ->check(CLI::Range(1, 1'000'000'000).description(""))
+        ->type_name("N");
+}
+
+void requireFrames(std::int64_t frames, int most) {
+    if (frames > most) {
+        const std::string file = workedOn();
+        throw Stop(ExitCode::BadInput, (file.empty() ? "" : printable(file) + ": ") + "there are " +
+                                           grouped(frames) + " frames to draw, and a command draws at most " +
+                                           grouped(most) + "; --most-frames " + std::to_string(frames) +
+                                           " allows it");
+    }
+}
+
+void addTimeout(CLI::App& verb) {
+    const std::string description =
+        "Seconds after which the command is ended (" + std::to_string(usualTimeout) + "); 0: never";
+    verb.add_option("--timeout", description)
+        ->check(CLI::Range(0.0, 1e9).description(""))
+        ->type_name("SECONDS");
 }
 
 void addResolution(CLI::App& verb, std::string& word) {
@@ -36,6 +65,7 @@ void addResolution(CLI::App& verb, std::string& word) {
 }
 
 std::unique_ptr<model::Project> openProject(const std::string& file, const ReadingOptions& options) {
+    workOn(file);
     model::ReadOptions reading;
     if (!options.images.empty()) {
         if (!std::filesystem::is_directory(options.images)) {
@@ -74,6 +104,9 @@ Stop caught() {
         return stop;
     } catch (const model::ProjectError& error) {
         return {ExitCode::BadInput, printable(error.what())};
+    } catch (const std::bad_alloc&) {
+        const std::string file = workedOn();
+        return {ExitCode::Failed, (file.empty() ? "" : printable(file) + ": ") + "there is not enough memory"};
     } catch (const std::exception& error) {
         return {ExitCode::Failed, printable(error.what())};
     }

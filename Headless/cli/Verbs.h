@@ -29,6 +29,9 @@ void addReport(CLI::App& program, Action& action);
 
 // ---- What verbs have in common ----------------------------------------------------------------------
 
+constexpr int usualFrames = 500'000;  // that a command may draw
+constexpr int usualTimeout = 3'600;   // seconds
+
 struct ReadingOptions {
     std::string images;     // a folder
     std::string animation;  // id in an archive
@@ -40,8 +43,13 @@ void addReadingOptions(CLI::App& verb, ReadingOptions& options);
 struct VersionsOptions {
     std::string before, after;
     ReadingOptions reading;
+    int mostFrames = usualFrames;
 };
 void addVersions(CLI::App& verb, VersionsOptions& options, const std::string& example);
+void addMostFrames(CLI::App& verb, int& most);
+// Throws Stop.
+void requireFrames(std::int64_t frames, int most);
+void addTimeout(CLI::App& verb);
 void addResolution(CLI::App& verb, std::string& word);
 // A Lottie file, or one animation of an archive: the one with this id, or the only one where none is said.
 // Throws Stop and model::ProjectError.

@@ -7,6 +7,7 @@
 
 #include "cli/Find.h"
 #include "cli/PluginFile.h"
+#include "cli/Supervisor.h"
 #include "cli/Text.h"
 #include "ui/Terminal.h"
 
@@ -48,6 +49,7 @@ void addWorkplaceOptions(CLI::App& verb, WorkplaceOptions& options) {
         ->type_name("FILE");
     verb.add_option("--plugin", options.plugin, "Plug-in library (Kestrin.so beside this program)")
         ->type_name("FILE");
+    addTimeout(verb);
 }
 
 void addSelectionOptions(CLI::App& verb, SelectionOptions& options, const std::string& aboutLayers) {
@@ -79,6 +81,7 @@ Workplace::Workplace(const WorkplaceOptions& options, std::unique_ptr<model::Pro
     } catch (const std::runtime_error& error) {
         throw Stop(ExitCode::BadInput, printable(error.what()));
     }
+    session_->onHook = inHook;
     session_->loadPlugin(plugin);
 }
 

@@ -59,8 +59,9 @@ void print(const Comparison& comparison) {
     std::cout << conclusion(comparison) << '\n';
 }
 
-ExitCode run(const Options& options) {
+ExitCode run(Options& options) {
     const auto [before, after] = openVersions(options.versions);
+    options.request.mostFrames = options.versions.mostFrames;
     const Comparison comparison = compare(*before, *after, options.request);
     if (options.json) {
         model::Json document = documentJson("compare", options.versions.before, options.versions.after);

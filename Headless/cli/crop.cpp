@@ -21,6 +21,8 @@ struct Options {
     std::string resolution = "full";
     bool duration = false;
     bool inPlace = false;
+    ReadOnly readOnly = ReadOnly::Stays;
+    int mostFrames = usualFrames;
     // Of whole animations.
     bool all = false;
     double leastSaving = CropAllRequest{}.leastSaving;
@@ -38,8 +40,9 @@ ExitCode runAll(const Options& options) {
     crop.leastSaving = options.leastSaving;
     crop.leaveWarned = options.leaveWarned;
     crop.plugInOnly = options.request.plugInOnly;
-    return cropFiles(
-        {options.workplace, options.projects, options.output, options.inPlace, options.json, crop});
+    crop.mostFrames = options.mostFrames;
+    return cropFiles({options.workplace, options.projects, options.output, options.inPlace, options.readOnly,
+                      options.json, crop});
 }
 
 ExitCode run(Options& options, bool maskCrop) {
@@ -53,7 +56,9 @@ ExitCode run(Options& options, bool maskCrop) {
         throw Stop(ExitCode::BadInput, "several projects can only be cropped as a whole: --all");
     }
     options.workplace.project = options.projects.front();
-    const auto output = outputFile(options.output, options.workplace.project, options.inPlace);
+    const auto output =
+        outputFile(options.output, options.workplace.project, options.inPlace, options.readOnly);
+    ResultFile file(options.workplace.project, output, options.readOnly);
     options.request.resolution = resolutionFactor(options.resolution);
     options.request.command = options.duration ? Command::Duration
                               : maskCrop       ? Command::MaskCrop
@@ -62,9 +67,11 @@ ExitCode run(Options& options, bool maskCrop) {
     Workplace workplace(options.workplace);
     model::Comp& comp = workplace.open(options.selection);
     print(warningsFor(workplace.session().project(), cropTargets(workplace.session().project(), comp)));
+    if (options.duration) {
+        requireFrames(framesOf(cropTargets(workplace.session().project(), comp)), options.mostFrames);
+    }
     const CropResult result = crop(workplace, comp, options.request);
 
-    ResultFile file(options.workplace.project, output);
     file.put(workplace.session().project(), options.workplace.reading.animation);
     file.write();
     const auto& messages = workplace.session().messages();
@@ -131,6 +138,8 @@ void addCrop(CLI::App& program, Action& action) {
     verb->add_option("-o,--output", options->output, "File to write; with --all also a folder")
         ->excludes(inPlace)
         ->type_name("FILE");
+    addForce(*verb, options->readOnly);
+    addMostFrames(*verb, options->mostFrames);
 
     addWholeOptions(*verb, *options);
     verb->footer(

@@ -1,8 +1,10 @@
 // kestrin: the plug-in at work on Lottie files, without a person or a screen.
 
+#include <csignal>
 #include <iostream>
 
 #include "cli/CommandLine.h"
+#include "cli/Supervisor.h"
 #include "cli/Text.h"
 
 namespace {
@@ -27,6 +29,9 @@ ExitCode run(int argc, char** argv) {
         return failWith(ExitCode::BadInput, printable(error.what()) + "; kestrin --help tells more");
     }
     try {
+        if (const auto outcome = supervised(timeoutOf(program))) {
+            return *outcome;
+        }
         const ExitCode code = action();
         if (!std::cout.flush()) {
             return failWith(ExitCode::Failed, "the output could not be written to standard output");
@@ -41,5 +46,8 @@ ExitCode run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    return static_cast<int>(run(argc, argv));
+    std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is an error when it is written
+    const ExitCode code = run(argc, argv);
+    workIsDone();
+    return static_cast<int>(code);
 }

@@ -19,6 +19,8 @@ struct Options {
     SelectionOptions selection;
     int request = 0;
     std::string output;
+    ReadOnly readOnly = ReadOnly::Stays;
+    int mostFrames = usualFrames;
 };
 
 ExitCode run(const Options& options) {
@@ -26,12 +28,20 @@ ExitCode run(const Options& options) {
     if (options.output.empty() && command != Command::Preferences) {
         throw Stop(ExitCode::BadInput, "say where the result goes: -o FILE");
     }
-    const auto output = options.output.empty() ? std::filesystem::path()
-                                               : outputFile(options.output, options.workplace.project, false);
+    std::optional<ResultFile> file;
+    if (!options.output.empty()) {
+        file.emplace(options.workplace.project,
+                     outputFile(options.output, options.workplace.project, false, options.readOnly),
+                     options.readOnly);
+    }
     Workplace workplace(options.workplace);
     Session& session = workplace.session();
     const model::Comp& comp = workplace.open(options.selection);
-    const ProjectBefore before(session.project(), cropTargets(session.project(), comp));
+    const std::vector<const model::Item*> targets = cropTargets(session.project(), comp);
+    if (command == Command::Duration) {
+        requireFrames(framesOf(targets), options.mostFrames);
+    }
+    const ProjectBefore before(session.project(), targets);
 
     session.preferences().setLong("Kestrin", "Menu_Cmd", session.pluginCommand());
     session.preferences().setLong("Kestrin", "Panel_Run", options.request);
@@ -51,11 +61,10 @@ ExitCode run(const Options& options) {
     if (alerted && result.resized.empty() && result.added.empty()) {
         return ExitCode::NothingToDo;
     }
-    ResultFile file(options.workplace.project, output);
-    file.put(session.project(), options.workplace.reading.animation);
-    file.write();
+    file->put(session.project(), options.workplace.reading.animation);
+    file->write();
     print(result, alerted);
-    std::cout << "wrote " << printable(output.string()) << '\n';
+    std::cout << "wrote " << printable(options.output) << '\n';
     return ExitCode::Done;
 }
 
@@ -72,6 +81,8 @@ void addPanel(CLI::App& program, Action& action) {
     addSelectionOptions(*verb, options->selection, "Layer that is selected");
     addWorkplaceOptions(*verb, options->workplace);
     verb->add_option("-o,--output", options->output, "File to write")->type_name("FILE");
+    addForce(*verb, options->readOnly);
+    addMostFrames(*verb, options->mostFrames);
     verb->footer("Example: kestrin panel 2 examples/lanterns.json --layer \"Big lantern\" -o cropped.json");
     verb->callback([&action, options] { action = [options] { return run(*options); }; });
 }

@@ -4,6 +4,7 @@
 
 #include "cli/Cropping.h"
 #include "cli/Output.h"
+#include "cli/Supervisor.h"
 #include "cli/Text.h"
 
 namespace headless::cli {
@@ -18,6 +19,7 @@ std::unique_ptr<model::Project> emptyProject() {
 
 ExitCode run(const WorkplaceOptions& options) {
     requireWritable(options.preferences);
+    workOn(options.preferences);
     Workplace workplace(options, emptyProject());
     Session& session = workplace.session();
     const model::Preferences before = session.preferences();

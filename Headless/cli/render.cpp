@@ -18,16 +18,17 @@ struct Options {
     ReadingOptions reading;
     std::string resolution = "full";
     int frame = 0;
+    ReadOnly readOnly = ReadOnly::Stays;
 };
 
 ExitCode run(const Options& options) {
-    requireWritable(options.output);
+    requireWritable(options.output, options.readOnly);
     const auto project = openProject(options.project, options.reading);
     const model::Comp& comp = findComp(*project, options.comp);
     const int frame = findFrame(comp, options.frame);
     const int factor = resolutionFactor(options.resolution);
     const render::Picture picture = CompPictures(*project).picture(comp, frame, factor, factor);
-    render::writePng(options.output, picture);
+    writeResult(options.output, render::encodePng(picture), options.readOnly);
     std::cout << inQuotes(comp.item->name) << ", frame " << frame << ": " << picture.width << " x "
               << picture.height << "\nwrote " << printable(options.output) << '\n';
     return ExitCode::Done;
@@ -46,6 +47,8 @@ void addRender(CLI::App& program, Action& action) {
     addResolution(*verb, options->resolution);
     addReadingOptions(*verb, options->reading);
     verb->add_option("-o,--output", options->output, "File to write")->required()->type_name("PNG");
+    addForce(*verb, options->readOnly);
+    addTimeout(*verb);
     verb->footer("Example: kestrin render examples/lanterns.json --frame 30 -o frame.png");
     verb->callback([&action, options] { action = [options] { return run(*options); }; });
 }

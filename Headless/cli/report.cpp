@@ -6,7 +6,6 @@
 #include "cli/ReportPage.h"
 #include "cli/Text.h"
 #include "cli/Verbs.h"
-#include "files/WholeFile.h"
 
 namespace headless::cli {
 
@@ -15,6 +14,7 @@ namespace {
 struct Options {
     VersionsOptions versions;
     std::string output;
+    ReadOnly readOnly = ReadOnly::Stays;
     bool json = false;
 };
 
@@ -29,20 +29,21 @@ void requireOther(const std::string& page, const std::string& project) {
 ExitCode run(const Options& options) {
     const std::string& firstFile = options.versions.before;
     const std::string& secondFile = options.versions.after;
+    const int mostFrames = options.versions.mostFrames;
     if (options.output.empty() && !options.json) {
         throw Stop(ExitCode::BadInput, "say where the page goes with -o, or ask for its facts with --json");
     }
     if (!options.output.empty()) {
-        requireWritable(options.output);
+        requireWritable(options.output, options.readOnly);
         requireOther(options.output, firstFile);
         requireOther(options.output, secondFile);
     }
     const auto [first, second] = openVersions(options.versions);
     ReportedProject before{firstFile, *first};
     ReportedProject after{secondFile, *second};
-    const model::Json report = reportOf(before, after);
+    const model::Json report = reportOf(before, after, mostFrames);
     if (!options.output.empty()) {
-        writeWhole(options.output, reportPage(report, before, after));
+        writeResult(options.output, reportPage(report, before, after), options.readOnly);
     }
     if (options.json) {
         std::cout << jsonText(report) << '\n';
@@ -59,6 +60,7 @@ void addReport(CLI::App& program, Action& action) {
     CLI::App* verb = program.add_subcommand("report", "Make a page that shows what a crop did");
     verb->add_option("-o,--output", options->output, "Page to write, one file that needs no other")
         ->type_name("HTML");
+    addForce(*verb, options->readOnly);
     verb->add_flag("--json", options->json, "Print what the page says as one JSON document");
     addVersions(*verb, options->versions,
                 "Example: kestrin report examples/lanterns.json cropped.json -o report.html");

@@ -23,7 +23,7 @@ constexpr double largestFrameRate = 1'000;
 constexpr int deepestNesting = 20;                    // beyond it the renderer draws nothing
 constexpr double mostExpandedLayers = 2'000'000;      // with each use of a composition counted anew
 constexpr std::size_t mostLayers = 500'000;           // in the file, and as many assets
-constexpr std::uint64_t largestPictures = 128 << 20;  // of those that come with the file, in bytes
+constexpr std::uint64_t largestPictures = 128 << 20;  // of those beside the file or with it, in bytes
 
 [[noreturn]] void fail(const std::string& path, const std::string& what) {
     throw ProjectError(path + ": " + what);
@@ -274,11 +274,7 @@ class Reader {
             return;
         }
         if (const auto size = options_.pictures ? options_.pictures->sizeOf(file) : std::nullopt) {
-            picturesSize_ += *size;
-            if (picturesSize_ > largestPictures) {
-                fail(path, "up to here the pictures come to more than " +
-                               std::to_string(largestPictures >> 20) + " MiB");
-            }
+            countPicture(*size, path);
             return;
         }
         if (!options_.imageFolder) {
@@ -290,6 +286,17 @@ class Reader {
                                 .lexically_relative(options_.imageFolder->lexically_normal());
         if (std::filesystem::path(file).is_absolute() || inside.empty() || *inside.begin() == "..") {
             fail(path, "the picture \"" + file + "\" lies outside the folder that pictures may be read from");
+        }
+        std::error_code missing;  // is said when it is to be shown
+        const std::uintmax_t size = std::filesystem::file_size(*options_.imageFolder / file, missing);
+        countPicture(missing ? 0 : size, path);
+    }
+
+    void countPicture(std::uint64_t size, const std::string& path) {
+        picturesSize_ += size;
+        if (picturesSize_ > largestPictures) {
+            fail(path,
+                 "up to here the pictures come to more than " + std::to_string(largestPictures >> 20) + " MiB");
         }
     }
 

@@ -1,10 +1,9 @@
 // Writes a project: the text of every layer that is as the file has it, and a patched copy of the others.
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <unordered_set>
 
+#include "files/PictureFile.h"
 #include "model/Base64.h"
 #include "model/DocumentParser.h"
 #include "model/LayerJson.h"
@@ -242,21 +241,19 @@ std::string Project::pictureContent(const std::string& picture) const {
     if (pictures_ && pictures_->sizeOf(picture)) {
         return pictures_->contentOf(picture);
     }
-    const std::filesystem::path file = imageFolder_.value() / picture;
-    std::ifstream in(file, std::ios::binary);
-    std::string bytes{std::istreambuf_iterator<char>(in), {}};
-    if (!in || bytes.empty()) {
-        throw ProjectError(file.string() + ": the picture cannot be read");
+    try {
+        return readPicture(imageFolder_.value(), picture);
+    } catch (const std::runtime_error& problem) {
+        throw ProjectError(problem.what());
     }
-    return bytes;
 }
 
 Json Project::withPicture(const Json& asset) const {
     Json embedded = asset;
     if (const std::string picture = outerPictureOf(asset); !picture.empty()) {
         const std::string bytes = pictureContent(picture);
-        const bool jpeg = bytes.starts_with("\xFF\xD8");
-        embedded["p"] = std::string("data:image/") + (jpeg ? "jpeg" : "png") + ";base64," + base64(bytes);
+        const std::string type(pictureType(bytes));
+        embedded["p"] = "data:image/" + (type.empty() ? "png" : type) + ";base64," + base64(bytes);
         embedded["u"] = "";
     }
     embedded["e"] = 1;  // also where the file leaves it out beside a picture that is inside

@@ -74,14 +74,18 @@ Session::Session(std::unique_ptr<model::Project> project, ui::Answerer& answerer
 Session::~Session() {
     currentSession = nullptr;
     if (library_ != nullptr) {
+        enterPlugin("end");
         dlclose(library_);
+        enterPlugin(nullptr);
     }
 }
 
 // ---- The plug-in ---------------------------------------------------------------------------------------
 
 void Session::loadPlugin(const std::filesystem::path& library) {
+    enterPlugin("start");
     library_ = dlopen(std::filesystem::absolute(library).c_str(), RTLD_NOW | RTLD_LOCAL);
+    enterPlugin(nullptr);
     if (library_ == nullptr) {
         throw std::runtime_error("the plug-in cannot be loaded: " + std::string(dlerror()));
     }
@@ -106,7 +110,9 @@ A_Err Session::startPlugin(AEGP_PluginEntryPoint entryPoint) {
 
 A_Err Session::callHook(const char* what, const std::function<A_Err()>& hook) {
     const std::size_t stepsBefore = project_->history.done().size();
-    ++hookDepth_;
+    if (hookDepth_++ == 0) {
+        enterPlugin(what);
+    }
     A_Err error = A_Err_NONE;
     try {
         error = hook();
@@ -117,6 +123,7 @@ A_Err Session::callHook(const char* what, const std::function<A_Err()>& hook) {
     if (--hookDepth_ > 0) {
         return error;
     }
+    enterPlugin(nullptr);
     if (const char* name = calledFromOtherThread_.exchange(nullptr)) {
         addMessage(
             {Message::Kind::Error, name, "called from another thread than the main one; it was refused"});

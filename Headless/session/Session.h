@@ -122,6 +122,8 @@ class Session final : private script::ScriptHost {
     std::function<void(int)> onProgress;
     // Called whenever the plug-in is about to look at the keys.
     std::function<void()> beforeKeysAreRead;
+    // Called with a name before the plug-in's code runs, and with null when it is back.
+    std::function<void(const char* hook)> onHook;
 
     model::Project& project() { return *project_; }
     model::Preferences& preferences() override { return preferences_; }
@@ -236,6 +238,9 @@ class Session final : private script::ScriptHost {
 
     // Calls into the plug-in. After the outermost call, undo groups are put in order; after one that failed,
     // the project is put back and what the plug-in still held is let go.
+    void enterPlugin(const char* hook) const {
+        if (onHook) onHook(hook);
+    }
     A_Err callHook(const char* what, const std::function<A_Err()>& hook);
     void letGo();
     void requireRegistering() const;

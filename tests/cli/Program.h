@@ -50,16 +50,18 @@ class Program : public testing::Test {
         return pathOf(name);
     }
 
-    // `meanwhile` is called with the running program.
-    Outcome run(std::vector<std::string> arguments, const std::function<void(pid_t)>& meanwhile = {}) const {
+    // `meanwhile` is called with the running program. Runs at the same time each need a folder for their
+    // output.
+    Outcome run(std::vector<std::string> arguments, const std::function<void(pid_t)>& meanwhile = {},
+                const std::string& outputFolder = ".") const {
         arguments.insert(arguments.begin(), KESTRIN_PROGRAM);
         std::vector<char*> argv;
         for (std::string& argument : arguments) {
             argv.push_back(argument.data());
         }
         argv.push_back(nullptr);
-        const std::string out = pathOf(".out");
-        const std::string err = pathOf(".err");
+        const std::string out = pathOf(outputFolder + "/.out");
+        const std::string err = pathOf(outputFolder + "/.err");
         const pid_t child = ::fork();
         if (child == 0) {
             const auto redirect = [](int descriptor, const std::string& file, int flags) {

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 
@@ -73,8 +74,17 @@ ssize_t write(int descriptor, const void* bytes, std::size_t size) {
     return rest < 0 ? rest : half + rest;
 }
 
-int mkostemp(char* name, int flags) {
-    return stopsHere() ? -1 : real("mkostemp", &mkostemp)(name, flags);
+// New files alone; nothing is changed by opening one that is there.
+int openat(int folder, const char* name, int flags, ...) {
+    mode_t mode = 0;
+    if ((flags & O_CREAT) != 0) {
+        va_list more;
+        va_start(more, flags);
+        mode = va_arg(more, mode_t);
+        va_end(more);
+        if (stopsHere()) return -1;
+    }
+    return real("openat", &openat)(folder, name, flags, mode);
 }
 
 int fchmod(int descriptor, mode_t mode) noexcept {
@@ -85,8 +95,8 @@ int fsync(int descriptor) {
     return stopsHere() ? -1 : real("fsync", &fsync)(descriptor);
 }
 
-int rename(const char* from, const char* to) noexcept {
-    return stopsHere() ? -1 : real("rename", &rename)(from, to);
+int renameat(int folder, const char* from, int toFolder, const char* to) noexcept {
+    return stopsHere() ? -1 : real("renameat", &renameat)(folder, from, toFolder, to);
 }
 
 #pragma GCC visibility pop
