@@ -171,7 +171,7 @@ class WholeCrop {
             entry.reason = stop.what();
         } catch (const render::RenderError& error) {
             entry.outcome = Outcome::PutBack;
-            entry.reason = printable(error.what());
+            entry.reason = error.what();
         }
         if (entry.outcome != Outcome::Cropped) {
             project_.history.rollBackTo(stepsBefore);

@@ -1,12 +1,11 @@
 #include "cli/Cropping.h"
 
 #include <algorithm>
-#include <iostream>
 
 #include "cli/Area.h"
 #include "cli/Comps.h"
+#include "cli/Print.h"
 #include "cli/Text.h"
-#include "cli/Verbs.h"
 
 namespace headless::cli {
 
@@ -28,7 +27,7 @@ class Shown {
         for (std::size_t i = first_; i < session_.messages().size(); ++i) {
             const Message& message = session_.messages()[i];
             if ((message.kind == Message::Kind::Alert) == alerts) {
-                text += "\n    " + printable(message.title) + ": " + indented(message.text);
+                text += (text.empty() ? "" : "; ") + message.title + ": " + inOneLine(message.text);
             }
         }
         return text;
@@ -102,7 +101,8 @@ void setPreferences(model::Preferences& preferences, const CropRequest& request)
 void requireEnabled(Session& session, const model::Comp& comp, Command command) {
     const Shown shown(session);
     if (!holdKeysFor(session, command).enabled) {
-        throw NothingCropped(whyDisabled(comp, command) + shown.alerts());
+        const std::string alerts = shown.alerts();
+        throw NothingCropped(whyDisabled(comp, command) + (alerts.empty() ? "" : "; it said " + alerts));
     }
 }
 
@@ -127,7 +127,7 @@ MenuEntry holdKeysFor(Session& session, Command command) {
     const MenuEntry entry = known ? session.menuEntry(session.pluginCommand()) : MenuEntry{};
     const std::string problems = shown.problems();
     if (!known || (!entry.enabled && !problems.empty())) {
-        throw Stop(ExitCode::Failed, "the plug-in could not tell what can be cropped:" + problems);
+        throw Stop(ExitCode::Failed, "the plug-in could not tell what can be cropped: " + problems);
     }
     return entry;
 }
@@ -220,7 +220,7 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
     const A_Err error = session.runCommand(session.pluginCommand());
     workplace.requireAnswered();
     if (error != A_Err_NONE) {
-        throw Stop(ExitCode::Failed, "the plug-in failed:" + shown.problems());
+        throw Stop(ExitCode::Failed, "the plug-in failed: " + shown.problems());
     }
     CropResult result = request.plugInOnly
                             ? before.result()
@@ -228,7 +228,7 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
     requireNotCancelled(session, request.command, progress, result);
     if (result.resized.empty() && result.added.empty()) {
         if (const std::string alerts = shown.alerts(); !alerts.empty()) {
-            throw NothingCropped("the plug-in said" + alerts);
+            throw NothingCropped("the plug-in said " + alerts);
         }
         if (before.unchanged()) {
             throw NothingCropped("nothing is visible at any frame");
@@ -239,24 +239,24 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
 
 void print(const CropResult& result, bool alerted) {
     for (const CroppedComp& comp : result.resized) {
-        std::cout << inQuotes(comp.name) << ": " << cropText(comp.before, comp.after, comp.uses) << '\n';
+        Line() << inQuotes(comp.name) << ": " << cropText(comp.before, comp.after, comp.uses);
         if (comp.reachesOut()) {
             say("warning: the new frame of " + inQuotes(comp.name) +
                 " reaches over the old one; what that cut off there shows now");
         }
     }
     for (const CroppedComp& comp : result.added) {
-        std::cout << inQuotes(comp.name) << ": added, " << sizeText(comp.after) << '\n';
+        Line() << inQuotes(comp.name) << ": added, " << sizeText(comp.after);
     }
     for (const std::string& line : result.settled) {
-        std::cout << line << '\n';
+        Line() << line;
     }
     for (const CroppedComp& comp : result.unchanged) {
-        std::cout << inQuotes(comp.name) << ": "
-                  << (comp.moved() ? "its content moved, still"
-                      : alerted    ? "left at"
-                                   : "already tight at")
-                  << " " << sizeText(comp.after) << '\n';
+        Line() << inQuotes(comp.name) << ": "
+               << (comp.moved() ? "its content moved, still"
+                   : alerted    ? "left at"
+                                : "already tight at")
+               << " " << sizeText(comp.after);
     }
 }
 

@@ -27,10 +27,10 @@ void requireWritable(const fs::path& file) {
     std::error_code error;
     const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
     const auto refuse = [&](const std::string& why) {
-        throw Stop(ExitCode::BadInput, "cannot write " + printable(file.string()) + ": " + why);
+        throw Stop(ExitCode::BadInput, "cannot write " + file.string() + ": " + why);
     };
     if (!fs::is_directory(folder, error)) {
-        refuse("there is no folder " + printable(folder.string()) + "; create it first");
+        refuse("there is no folder " + folder.string() + "; create it first");
     }
     if (fs::is_directory(file, error)) {
         refuse("this is a folder; name a file in it");
@@ -51,7 +51,7 @@ fs::path outputFile(const fs::path& output, const fs::path& input, bool inPlace)
     requireWritable(output);
     std::error_code error;
     if (fs::equivalent(output, input, error)) {
-        throw Stop(ExitCode::BadInput, "the output " + printable(output.string()) +
+        throw Stop(ExitCode::BadInput, "the output " + output.string() +
                                            " is the input; say --in-place if it is to be overwritten");
     }
     return output;
@@ -72,7 +72,7 @@ std::vector<std::string> ResultFile::severalAnimations() const {
         return {};
     }
     if (!toArchive_) {
-        throw Stop(ExitCode::BadInput, printable(input_.string()) +
+        throw Stop(ExitCode::BadInput, input_.string() +
                                            " holds several animations; name an output that ends in .lottie, "
                                            "which takes them all, or one of them with --animation");
     }
@@ -101,7 +101,7 @@ void ResultFile::put(const model::Project& project, const std::string& animation
     for (const std::string& picture : project.outerPictures()) {
         if (archive->sizeOf(picture)) {
             throw Stop(ExitCode::BadInput, "the animation shows the picture " + inQuotes(picture) + " of " +
-                                               printable(input_.string()) +
+                                               input_.string() +
                                                "; name an output that ends in .lottie, which keeps it");
         }
     }

@@ -9,8 +9,12 @@
 
 namespace headless::cli {
 
-// While it lives, the progress is drawn on standard error if that is a terminal, and an interrupt (Ctrl-C)
-// holds the two keys that the plug-in takes as a cancel. A second interrupt ends the program.
+// A percentage and more to say, with a bar before them if there is room in so many columns.
+std::string progressLine(int percent, const std::string& text, int columns);
+
+// While it lives, the progress is drawn on standard error if that is a terminal, else said there now and then;
+// and an interrupt (Ctrl-C) holds the two keys that the plug-in takes as a cancel. A second interrupt ends the
+// program.
 class Progress {
  public:
     // Of one command of the plug-in: the percentage that it shows.
@@ -29,10 +33,9 @@ class Progress {
     void compDone(int frames);
 
  private:
-    void draw() const;
+    void draw();
 
     Session& session_;
-    bool visible_;
     int comps_ = 0, frames_ = 0;
     int compsDone_ = 0, framesDone_ = 0, framesOfDoneComps_ = 0;
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();

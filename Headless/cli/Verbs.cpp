@@ -1,9 +1,6 @@
 #include "cli/Verbs.h"
 
-#include <iostream>
-
 #include "archive/DotLottie.h"
-#include "cli/Text.h"
 
 namespace headless::cli {
 
@@ -39,8 +36,7 @@ std::unique_ptr<model::Project> openProject(const std::string& file, const Readi
     model::ReadOptions reading;
     if (!options.images.empty()) {
         if (!std::filesystem::is_directory(options.images)) {
-            throw Stop(ExitCode::BadInput,
-                       "there is no folder " + printable(options.images) + " to read pictures from");
+            throw Stop(ExitCode::BadInput, "there is no folder " + options.images + " to read pictures from");
         }
         reading.imageFolder = options.images;
     }
@@ -55,15 +51,10 @@ Stop caught() {
     } catch (const Stop& stop) {
         return stop;
     } catch (const model::ProjectError& error) {
-        return {ExitCode::BadInput, printable(error.what())};
+        return {ExitCode::BadInput, error.what()};
     } catch (const std::exception& error) {
-        return {ExitCode::Failed, printable(error.what())};
+        return {ExitCode::Failed, error.what()};
     }
-}
-
-void say(const std::string& message) {
-    std::cout << std::flush;
-    std::cerr << "kestrin: " << message << '\n';
 }
 
 }  // namespace headless::cli

@@ -48,7 +48,5 @@ void addResolution(CLI::App& verb, std::string& word);
 std::unique_ptr<model::Project> openProject(const std::string& file, const ReadingOptions& options);
 // What has been thrown, inside a catch block: a wrong project is bad input, anything unexpected a failure.
 Stop caught();
-// A line on the standard error stream, as the program speaks there.
-void say(const std::string& message);
 
 }  // namespace headless::cli

@@ -3,10 +3,10 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <iostream>
 
 #include "cli/Find.h"
 #include "cli/PluginFile.h"
+#include "cli/Print.h"
 #include "cli/Text.h"
 #include "ui/Terminal.h"
 
@@ -77,7 +77,7 @@ Workplace::Workplace(const WorkplaceOptions& options, std::unique_ptr<model::Pro
         }
         session_ = std::make_unique<Session>(std::move(project), answers_, sessionOptions(options));
     } catch (const std::runtime_error& error) {
-        throw Stop(ExitCode::BadInput, printable(error.what()));
+        throw Stop(ExitCode::BadInput, error.what());
     }
     session_->loadPlugin(plugin);
 }
@@ -105,16 +105,19 @@ model::Comp& Workplace::open(const SelectionOptions& selection) {
 void Workplace::requireAnswered() {
     if (const auto unanswered = answers_.unanswered()) {
         answers_.forgetUnanswered();
-        throw Stop(ExitCode::BadInput, printable(*unanswered));
+        throw Stop(ExitCode::BadInput, *unanswered);
     }
 }
 
 void Workplace::printMessages() const {
     for (const Message& message : session_->messages()) {
         if (message.kind == Message::Kind::Alert) {
-            std::cout << "alert: " << printable(message.title) << "\n    " << indented(message.text) << '\n';
+            Line() << "alert: " << message.title;
+            for (const std::string& line : linesOf(message.text)) {
+                Line() << "    " << line;
+            }
         } else {
-            say("warning: " + printable(message.title) + ": " + indented(message.text));
+            say("warning: " + message.title + ": " + inOneLine(message.text));
         }
     }
     for (const std::string& title : answers_.unused()) {

@@ -1,12 +1,10 @@
 // kestrin crop: runs the plug-in's command on a project and writes the result.
 
-#include <iostream>
-
 #include "cli/Batch.h"
 #include "cli/Cropping.h"
 #include "cli/Find.h"
 #include "cli/Output.h"
-#include "cli/Text.h"
+#include "cli/Print.h"
 
 namespace headless::cli {
 
@@ -71,7 +69,7 @@ ExitCode run(Options& options, bool maskCrop) {
     workplace.printMessages();
     print(result, std::any_of(messages.begin(), messages.end(),
                               [](const Message& message) { return message.kind == Message::Kind::Alert; }));
-    std::cout << "wrote " << printable(output.string()) << '\n';
+    Line() << "wrote " << output.string();
     return ExitCode::Done;
 }
 

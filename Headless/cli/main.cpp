@@ -1,9 +1,7 @@
 // kestrin: the plug-in at work on Lottie files, without a person or a screen.
 
-#include <iostream>
-
 #include "cli/CommandLine.h"
-#include "cli/Text.h"
+#include "cli/Print.h"
 
 namespace {
 
@@ -24,11 +22,11 @@ ExitCode run(int argc, char** argv) {
         program.exit(request);
         return ExitCode::Done;
     } catch (const CLI::ParseError& error) {
-        return failWith(ExitCode::BadInput, printable(error.what()) + "; kestrin --help tells more");
+        return failWith(ExitCode::BadInput, std::string(error.what()) + "; kestrin --help tells more");
     }
     try {
         const ExitCode code = action();
-        if (!std::cout.flush()) {
+        if (!flushed()) {
             return failWith(ExitCode::Failed, "the output could not be written to standard output");
         }
         return code;

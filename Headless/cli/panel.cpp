@@ -1,11 +1,9 @@
 // kestrin panel: a request as the companion script panel leaves it, taken up by the plug-in when it is idle.
 
-#include <iostream>
-
 #include "cli/Cropping.h"
 #include "cli/Output.h"
+#include "cli/Print.h"
 #include "cli/Progress.h"
-#include "cli/Text.h"
 
 namespace headless::cli {
 
@@ -55,7 +53,7 @@ ExitCode run(const Options& options) {
     file.put(session.project(), options.workplace.reading.animation);
     file.write();
     print(result, alerted);
-    std::cout << "wrote " << printable(output.string()) << '\n';
+    Line() << "wrote " << output.string();
     return ExitCode::Done;
 }
 

@@ -1,10 +1,8 @@
 // kestrin preferences: the plug-in's own dialog over a preference file.
 
-#include <iostream>
-
 #include "cli/Cropping.h"
 #include "cli/Output.h"
-#include "cli/Text.h"
+#include "cli/Print.h"
 
 namespace headless::cli {
 
@@ -29,10 +27,10 @@ ExitCode run(const WorkplaceOptions& options) {
         throw Stop(ExitCode::Failed, "the plug-in failed (error " + std::to_string(error) + ")");
     }
     if (session.preferences() == before) {
-        std::cout << "nothing changed\n";
+        Line() << "nothing changed";
     } else {
         session.savePreferences();
-        std::cout << "wrote " << printable(options.preferences) << '\n';
+        Line() << "wrote " << options.preferences;
     }
     return ExitCode::Done;
 }

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "ui/Printable.h"
 #include "ui/Step.h"
 
 namespace headless::ui {
@@ -84,6 +85,8 @@ std::vector<Row> rowsOf(const Dialog& dialog, const Keyboard& keyboard, std::siz
         if (!control.visible || control.kind == Control::Kind::Group) continue;
         const std::string indent(static_cast<std::size_t>(control.depth) * 2, ' ');
         std::string text = rowText(control, keyboard);
+        const bool isLabel = control.kind == Control::Kind::StaticText || control.kind == Control::Kind::Panel;
+        if (!isLabel) text = printable(text);
         std::erase(text, '\r');
         for (std::size_t begin = 0; begin <= text.size();) {
             const std::size_t end = endOfRow(text, begin, width - std::min(width, indent.size()));
@@ -96,7 +99,7 @@ std::vector<Row> rowsOf(const Dialog& dialog, const Keyboard& keyboard, std::siz
     return rows;
 }
 
-// The rows around the focus, where not all fit. curses shows control characters in names as ^X.
+// The rows around the focus, where not all fit.
 void draw(const std::vector<Row>& rows) {
     erase();
     const int height = std::max(getmaxy(stdscr), 1);
@@ -106,7 +109,7 @@ void draw(const std::vector<Row>& rows) {
     for (int y = 0; y < height && first + y < static_cast<int>(rows.size()); ++y) {
         const Row& row = rows[static_cast<std::size_t>(first + y)];
         attrset(row.focused ? A_REVERSE : row.enabled ? A_NORMAL : A_DIM);
-        mvaddnstr(y, 0, row.text.c_str(), -1);
+        mvaddnstr(y, 0, printable(row.text).c_str(), -1);
         attrset(A_NORMAL);
     }
     refresh();

@@ -169,7 +169,7 @@ TEST(LineAnswersTest, PrintsTheDialogAndReadsOneStepALine) {
     const std::string first = out.str().substr(0, out.str().find("\n> ") + 1);
     EXPECT_EQ(
         first,
-        "== Settings ==\n  [ ] Padding\n  field 1: 10\n  Mode:?[2J?\n  list 1:\n      Ask\n    * Never, ever\n"
+        "== Settings ==\n  [ ] Padding\n  field 1: 10\n  Mode:\\x1B[2J\\x9B\n  list 1:\n      Ask\n    * Never, ever\n"
         "list 2:\n    Ask\n    Mask 1\n< Save >\n< Help > (off)\n");
     EXPECT_NE(out.str().find("has no \"none\" in its list \"2\""), std::string::npos);
 }
