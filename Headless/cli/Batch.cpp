@@ -8,6 +8,7 @@
 #include "cli/Output.h"
 #include "cli/Print.h"
 #include "cli/Text.h"
+#include "ui/Interrupt.h"
 
 namespace headless::cli {
 
@@ -108,6 +109,22 @@ void print(const Entry& entry) {
          << " % saved)";
 }
 
+// The last one was cancelled.
+void sayCancelled(const std::vector<Entry>& entries) {
+    std::set<std::string> written;
+    for (const Entry& entry : entries) {
+        if (entry.written) {
+            written.insert(entry.place.output.string());
+        }
+    }
+    std::string files;
+    for (const std::string& file : written) {
+        files += (files.empty() ? "written before: " : ", ") + file;
+    }
+    say(entries.back().message + " at " + entries.back().place.input.string() + "; " +
+        (files.empty() ? "nothing was written" : files));
+}
+
 // ---- JSON ----------------------------------------------------------------------------------------------
 
 const char* word(ExitCode code) {
@@ -197,6 +214,7 @@ void cropAnimation(const BatchRequest& request, Entry& entry, ResultFile& file) 
         }
     });
     file.put(workplace.session().project(), options.reading.animation);
+    workplace.write([] {});  // the result waits for the file's other animations
     entry.code = result.count(Outcome::PutBack) > 0   ? ExitCode::SomePutBack
                  : result.count(Outcome::Cropped) > 0 ? ExitCode::Done
                                                       : ExitCode::NothingToDo;
@@ -239,7 +257,13 @@ std::vector<Entry> cropFile(const BatchRequest& request, const Place& place) {
         }
     }
     if (any(entries, [&](const Entry& entry) { return request.inPlace ? entry.cropped() : !!entry.result; })) {
-        if (!attempt(whole, [&] { file.write(); })) {
+        const ui::NoInterrupt untilDone;
+        if (!attempt(whole, [&] {
+                if (ui::interrupted()) {
+                    throw Stop(ExitCode::Cancelled, "cancelled");
+                }
+                file.write();
+            })) {
             return {whole};
         }
         for (Entry& entry : entries) {
@@ -267,7 +291,7 @@ ExitCode cropFiles(const BatchRequest& request) {
     for (const Place& place : planned(request)) {
         const std::vector<Entry> done = cropFile(request, place);
         for (const Entry& entry : done) {
-            if (!entry.result || !request.json) {
+            if (entry.code != ExitCode::Cancelled && (!entry.result || !request.json)) {
                 print(entry);
             }
         }
@@ -277,6 +301,7 @@ ExitCode cropFiles(const BatchRequest& request) {
         }
         entries.insert(entries.end(), done.begin(), done.end());
         if (done.back().code == ExitCode::Cancelled) {
+            sayCancelled(entries);
             break;
         }
     }

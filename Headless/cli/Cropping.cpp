@@ -172,15 +172,6 @@ CropResult ProjectBefore::settledResult(bool expanded) const {
     return cropped;
 }
 
-void requireNotCancelled(const Session& session, Command command, const Progress& progress,
-                         const CropResult& result) {
-    // A closed mask chooser leaves its undo group to the host, and that is all it does.
-    const bool chooserClosed = command == Command::MaskCrop && session.undoMismatches() > 0;
-    if ((progress.interrupted() || chooserClosed) && result.resized.empty() && result.added.empty()) {
-        throw Stop(ExitCode::Cancelled, "cancelled; the project is as it was");
-    }
-}
-
 std::vector<const model::Item*> cropTargets(const model::Project& project, const model::Comp& comp) {
     if (comp.selection.empty()) {
         return {comp.item};
@@ -202,10 +193,6 @@ bool CroppedComp::reachesOut() const {
 }
 
 CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& request) {
-    return crop(workplace, comp, request, Progress(workplace.session()));
-}
-
-CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& request, const Progress& progress) {
     Session& session = workplace.session();
     model::Project& project = session.project();
     forEachComp(project, [&](model::Comp& each) { each.downsampleX = each.downsampleY = request.resolution; });
@@ -217,15 +204,13 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
     requireEnabled(session, comp, request.command);
 
     const Shown shown(session);
-    const A_Err error = session.runCommand(session.pluginCommand());
-    workplace.requireAnswered();
+    const A_Err error = workplace.run([&] { return session.runCommand(session.pluginCommand()); });
     if (error != A_Err_NONE) {
         throw Stop(ExitCode::Failed, "the plug-in failed: " + shown.problems());
     }
     CropResult result = request.plugInOnly
                             ? before.result()
                             : before.settledResult(expands(session.preferences(), request.command));
-    requireNotCancelled(session, request.command, progress, result);
     if (result.resized.empty() && result.added.empty()) {
         if (const std::string alerts = shown.alerts(); !alerts.empty()) {
             throw NothingCropped("the plug-in said " + alerts);

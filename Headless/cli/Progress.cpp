@@ -1,7 +1,6 @@
 #include "cli/Progress.h"
 
 #include <algorithm>
-#include <csignal>
 
 #include "cli/Print.h"
 #include "cli/Text.h"
@@ -9,16 +8,6 @@
 namespace headless::cli {
 
 namespace {
-
-volatile std::sig_atomic_t interrupts = 0;
-
-void onInterrupt(int) {
-    interrupts = interrupts + 1;
-    if (interrupts > 1) {
-        std::signal(SIGINT, SIG_DFL);
-        std::raise(SIGINT);
-    }
-}
 
 std::string minutesText(double seconds) {
     const auto whole = static_cast<int>(seconds + 0.5);
@@ -48,15 +37,6 @@ std::string progressLine(int percent, const std::string& text, int columns) {
 }
 
 Progress::Progress(Session& session) : session_(session) {
-    interrupts = 0;
-    struct sigaction action {};
-    action.sa_handler = onInterrupt;
-    sigaction(SIGINT, &action, nullptr);
-    session_.beforeKeysAreRead = [this] {
-        if (interrupted()) {
-            session_.holdKeys(true, true);
-        }
-    };
     session_.onProgress = [](int percent) { show(percent, ""); };
 }
 
@@ -67,15 +47,8 @@ Progress::Progress(Session& session, int comps, int frames) : Progress(session) 
 }
 
 Progress::~Progress() {
-    std::signal(SIGINT, SIG_DFL);
     clearStatus();
-    session_.beforeKeysAreRead = {};
     session_.onProgress = {};
-    session_.holdKeys(false, false);
-}
-
-bool Progress::interrupted() const {
-    return interrupts > 0;
 }
 
 void Progress::frameDone() {

@@ -1,4 +1,4 @@
-// How far a long command is, and the person's wish to end it.
+// How far a long command is.
 
 #pragma once
 
@@ -12,9 +12,7 @@ namespace headless::cli {
 // A percentage and more to say, with a bar before them if there is room in so many columns.
 std::string progressLine(int percent, const std::string& text, int columns);
 
-// While it lives, the progress is drawn on standard error if that is a terminal, else said there now and then;
-// and an interrupt (Ctrl-C) holds the two keys that the plug-in takes as a cancel. A second interrupt ends the
-// program.
+// While it lives, the progress is drawn on standard error if that is a terminal, else said there now and then.
 class Progress {
  public:
     // Of one command of the plug-in: the percentage that it shows.
@@ -24,8 +22,6 @@ class Progress {
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
-
-    bool interrupted() const;
 
     // The plug-in's own frames count by themselves.
     void frameDone();

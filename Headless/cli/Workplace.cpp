@@ -8,6 +8,7 @@
 #include "cli/PluginFile.h"
 #include "cli/Print.h"
 #include "cli/Text.h"
+#include "ui/Interrupt.h"
 #include "ui/Terminal.h"
 
 namespace headless::cli {
@@ -75,11 +76,12 @@ Workplace::Workplace(const WorkplaceOptions& options, std::unique_ptr<model::Pro
         if (!options.answerFile.empty() && options.answerFile != "-") {
             answers_.addFile(options.answerFile);
         }
-        session_ = std::make_unique<Session>(std::move(project), answers_, sessionOptions(options));
+        session_ = std::make_unique<Session>(std::move(project), watch_, sessionOptions(options));
     } catch (const std::runtime_error& error) {
         throw Stop(ExitCode::BadInput, error.what());
     }
     session_->loadPlugin(plugin);
+    ui::noteInterrupts();
 }
 
 model::Comp& Workplace::open(const SelectionOptions& selection) {
@@ -102,11 +104,40 @@ model::Comp& Workplace::open(const SelectionOptions& selection) {
     return comp;
 }
 
-void Workplace::requireAnswered() {
+bool Workplace::cancelled() const {
+    return ui::interrupted() || watch_.cancelled();
+}
+
+A_Err Workplace::run(const std::function<A_Err()>& command) {
+    session_->beforeKeysAreRead = [this] {
+        if (cancelled()) {
+            session_->holdKeys(true, true);
+        }
+    };
+    const A_Err error = command();
+    session_->beforeKeysAreRead = {};
+    session_->holdKeys(false, false);
     if (const auto unanswered = answers_.unanswered()) {
         answers_.forgetUnanswered();
         throw Stop(ExitCode::BadInput, *unanswered);
     }
+    requireGoingOn();
+    return error;
+}
+
+void Workplace::requireGoingOn() const {
+    if (cancelled()) {
+        const auto& dialog = watch_.cancelled();
+        const bool inDialog = dialog && !ui::interrupted();
+        throw Stop(ExitCode::Cancelled, "cancelled" + (inDialog ? " in the dialog " + inQuotes(*dialog) : ""));
+    }
+}
+
+void Workplace::write(const std::function<void()>& rest) {
+    const ui::NoInterrupt untilDone;
+    requireGoingOn();
+    session_->writePreferences();
+    rest();
 }
 
 void Workplace::printMessages() const {

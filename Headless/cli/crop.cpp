@@ -5,6 +5,7 @@
 #include "cli/Find.h"
 #include "cli/Output.h"
 #include "cli/Print.h"
+#include "cli/Progress.h"
 
 namespace headless::cli {
 
@@ -60,11 +61,14 @@ ExitCode run(Options& options, bool maskCrop) {
     Workplace workplace(options.workplace);
     model::Comp& comp = workplace.open(options.selection);
     print(warningsFor(workplace.session().project(), cropTargets(workplace.session().project(), comp)));
-    const CropResult result = crop(workplace, comp, options.request);
+    const CropResult result = [&] {
+        const Progress progress(workplace.session());
+        return crop(workplace, comp, options.request);
+    }();
 
     ResultFile file(options.workplace.project, output);
     file.put(workplace.session().project(), options.workplace.reading.animation);
-    file.write();
+    workplace.write([&] { file.write(); });
     const auto& messages = workplace.session().messages();
     workplace.printMessages();
     print(result, std::any_of(messages.begin(), messages.end(),

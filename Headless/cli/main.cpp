@@ -2,6 +2,7 @@
 
 #include "cli/CommandLine.h"
 #include "cli/Print.h"
+#include "ui/Interrupt.h"
 
 namespace {
 
@@ -32,12 +33,14 @@ ExitCode run(int argc, char** argv) {
         return code;
     } catch (...) {
         const Stop stop = caught();
-        return failWith(stop.code, stop.what());
+        const bool cancelled = stop.code == ExitCode::Cancelled;
+        return failWith(stop.code, stop.what() + std::string(cancelled ? "; nothing was written" : ""));
     }
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+    headless::ui::endOnInterrupt(static_cast<int>(ExitCode::Cancelled));
     return static_cast<int>(run(argc, argv));
 }

@@ -33,16 +33,17 @@ ExitCode run(const Options& options) {
 
     session.preferences().setLong("Kestrin", "Menu_Cmd", session.pluginCommand());
     session.preferences().setLong("Kestrin", "Panel_Run", options.request);
-    const Progress progress(session);
-    const A_Err error = session.tick();
-    workplace.requireAnswered();
+    const A_Err error = [&] {
+        const Progress progress(session);
+        return workplace.run([&] { return session.tick(); });
+    }();
     if (error != A_Err_NONE) {
         throw Stop(ExitCode::Failed, "the plug-in failed (error " + std::to_string(error) + ")");
     }
     const CropResult result = before.settledResult(expands(session.preferences(), command));
-    requireNotCancelled(session, command, progress, result);
     workplace.printMessages();
     if (command == Command::Preferences) {
+        workplace.write([] {});
         return ExitCode::Done;
     }
     const bool alerted = !session.messages().empty();
@@ -51,7 +52,7 @@ ExitCode run(const Options& options) {
     }
     ResultFile file(options.workplace.project, output);
     file.put(session.project(), options.workplace.reading.animation);
-    file.write();
+    workplace.write([&] { file.write(); });
     print(result, alerted);
     Line() << "wrote " << output.string();
     return ExitCode::Done;

@@ -20,8 +20,7 @@ ExitCode run(const WorkplaceOptions& options) {
     Session& session = workplace.session();
     const model::Preferences before = session.preferences();
     holdKeysFor(session, Command::Preferences);
-    const A_Err error = session.runCommand(session.pluginCommand());
-    workplace.requireAnswered();
+    const A_Err error = workplace.run([&] { return session.runCommand(session.pluginCommand()); });
     workplace.printMessages();
     if (error != A_Err_NONE) {
         throw Stop(ExitCode::Failed, "the plug-in failed (error " + std::to_string(error) + ")");
@@ -30,6 +29,7 @@ ExitCode run(const WorkplaceOptions& options) {
         Line() << "nothing changed";
     } else {
         session.savePreferences();
+        workplace.write([] {});
         Line() << "wrote " << options.preferences;
     }
     return ExitCode::Done;

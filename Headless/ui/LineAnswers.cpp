@@ -72,15 +72,9 @@ Action LineAnswers::next(const Dialog& dialog) {
             out_ << printable(error.what()) << '\n';
         }
     }
-    if (firstProblem_.empty()) {
-        firstProblem_ = "the input ended before the dialog \"" + dialog.title + "\" was answered (" +
-                        buttonsOf(dialog) + ")";
-    }
+    out_ << "the input ended before the dialog was answered (" << printable(buttonsOf(dialog)) << ")\n"
+         << std::flush;
     return {};
-}
-
-std::optional<std::string> LineAnswers::unanswered() const {
-    return firstProblem_.empty() ? std::nullopt : std::optional(firstProblem_);
 }
 
 }  // namespace headless::ui

@@ -1,6 +1,8 @@
 #include "ui/ScreenAnswers.h"
 
 #include <curses.h>
+#include <poll.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -12,11 +14,20 @@
 #include <string>
 #include <vector>
 
+#include "ui/Interrupt.h"
 #include "ui/Printable.h"
 #include "ui/Step.h"
 
 namespace headless::ui {
 namespace {
+
+constexpr int longestDeafness = 200;  // milliseconds, to an interrupt
+
+// curses tells the end of a terminal and a moment without keys alike.
+bool terminalEnded() {
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    return ::poll(&input, 1, 0) > 0;  // there is something, and it was no key
+}
 
 // The terminal is curses' from construction to destruction.
 class Screen {
@@ -28,6 +39,7 @@ class Screen {
         noecho();
         keypad(stdscr, TRUE);
         curs_set(0);
+        timeout(longestDeafness);
     }
     ~Screen() {
         endwin();
@@ -141,7 +153,10 @@ Action ScreenAnswers::next(const Dialog& dialog) {
         draw(rowsOf(dialog, keyboard_, static_cast<std::size_t>(std::max(getmaxx(stdscr), 1))));
         wint_t code = 0;
         const int status = get_wch(&code);
-        if (status == ERR) return {};
+        if (status == ERR) {
+            if (interrupted() || terminalEnded()) return {};
+            continue;
+        }
         if (const std::optional<Key> key = keyFor(status, code)) {
             if (const std::optional<Action> action = keyboard_.press(*key, dialog)) return *action;
         } else if (status == OK && code >= 0x20) {
