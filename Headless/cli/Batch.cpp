@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <iostream>
 #include <set>
 
 #include "cli/ComparisonJson.h"
 #include "cli/Output.h"
+#include "cli/Print.h"
 #include "cli/Text.h"
+#include "ui/Interrupt.h"
 
 namespace headless::cli {
 
@@ -45,7 +46,7 @@ std::vector<Place> planned(const BatchRequest& request) {
     if (request.projects.size() > 1 && !folder && !request.inPlace) {
         throw Stop(ExitCode::BadInput,
                    "several projects need a folder for their results, and there is no folder " +
-                       printable(request.output) + "; create it first");
+                       request.output + "; create it first");
     }
     std::vector<Place> places;
     std::set<fs::path> taken;
@@ -54,8 +55,7 @@ std::vector<Place> planned(const BatchRequest& request) {
         const fs::path output = folder ? request.output / input.filename() : fs::path(request.output);
         places.push_back({input, outputFile(output, input, request.inPlace, request.readOnly)});
         if (!taken.insert(places.back().output.lexically_normal()).second) {
-            throw Stop(ExitCode::BadInput, "two results would be written to " +
-                                               printable(places.back().output.string()) +
+            throw Stop(ExitCode::BadInput, "two results would be written to " + places.back().output.string() +
                                                "; crop one of them into another folder");
         }
     }
@@ -65,25 +65,22 @@ std::vector<Place> planned(const BatchRequest& request) {
 // ---- Lines ---------------------------------------------------------------------------------------------
 
 void print(const TriedComp& comp) {
-    std::cout << "  " << inQuotes(comp.name) << ": ";
+    Line line;
+    line << "  " << inQuotes(comp.name) << ": ";
     switch (comp.outcome) {
         case Outcome::Cropped: {
-            std::cout << cropText(comp.before, comp.after, comp.uses);
+            line << cropText(comp.before, comp.after, comp.uses);
             if (comp.paddingGivenUp) {
-                std::cout << ", without padding: it would have shown what its frame cuts off";
+                line << ", without padding: it would have shown what its frame cuts off";
             }
             break;
         }
         case Outcome::Left:
-            std::cout << "left at " << sizeText(comp.before) << ", " << comp.reason;
+            line << "left at " << sizeText(comp.before) << ", " << comp.reason;
             break;
         case Outcome::PutBack:
-            std::cout << "put back to " << sizeText(comp.before) << ": " << comp.reason;
+            line << "put back to " << sizeText(comp.before) << ": " << comp.reason;
             break;
-    }
-    std::cout << '\n';
-    for (const std::string& line : comp.settled) {
-        std::cout << "    " << line << '\n';
     }
 }
 
@@ -94,18 +91,38 @@ void print(const Entry& entry) {
         return;
     }
     const CropAllResult& result = *entry.result;
-    std::cout << printable(entry.place.input.string()) << (animation.empty() ? "" : ", " + animation) << ":\n";
+    Line() << entry.place.input.string() << (animation.empty() ? "" : ", " + animation) << ":";
     for (const TriedComp& comp : result.comps) {
         print(comp);
+        for (const std::string& line : comp.settled) {
+            Line() << "    " << line;
+        }
     }
     const Area area = areaOf(result.comps);
-    std::cout << "  " << result.count(Outcome::Cropped) << " of "
-              << counted(static_cast<std::int64_t>(result.comps.size()), "composition") << " cropped";
+    Line line;
+    line << "  " << result.count(Outcome::Cropped) << " of "
+         << counted(static_cast<std::int64_t>(result.comps.size()), "composition") << " cropped";
     if (const int putBack = result.count(Outcome::PutBack)) {
-        std::cout << ", " << putBack << " put back";
+        line << ", " << putBack << " put back";
     }
-    std::cout << "; " << grouped(area.before) << " -> " << grouped(area.after) << " pixels ("
-              << area.wholePercent() << " % saved)\n";
+    line << "; " << grouped(area.before) << " -> " << grouped(area.after) << " pixels (" << area.wholePercent()
+         << " % saved)";
+}
+
+// The last one was cancelled.
+void sayCancelled(const std::vector<Entry>& entries) {
+    std::set<std::string> written;
+    for (const Entry& entry : entries) {
+        if (entry.written) {
+            written.insert(entry.place.output.string());
+        }
+    }
+    std::string files;
+    for (const std::string& file : written) {
+        files += (files.empty() ? "written before: " : ", ") + file;
+    }
+    say(entries.back().message + " at " + entries.back().place.input.string() + "; " +
+        (files.empty() ? "nothing was written" : files));
 }
 
 // ---- JSON ----------------------------------------------------------------------------------------------
@@ -197,6 +214,7 @@ void cropAnimation(const BatchRequest& request, Entry& entry, ResultFile& file) 
         }
     });
     file.put(workplace.session().project(), options.reading.animation);
+    workplace.write([] {});  // the result waits for the file's other animations
     entry.code = result.count(Outcome::PutBack) > 0   ? ExitCode::SomePutBack
                  : result.count(Outcome::Cropped) > 0 ? ExitCode::Done
                                                       : ExitCode::NothingToDo;
@@ -239,7 +257,13 @@ std::vector<Entry> cropFile(const BatchRequest& request, const Place& place) {
         }
     }
     if (any(entries, [&](const Entry& entry) { return request.inPlace ? entry.cropped() : !!entry.result; })) {
-        if (!attempt(whole, [&] { file.write(); })) {
+        const ui::NoInterrupt untilDone;
+        if (!attempt(whole, [&] {
+                if (ui::interrupted()) {
+                    throw Stop(ExitCode::Cancelled, "cancelled");
+                }
+                file.write();
+            })) {
             return {whole};
         }
         for (Entry& entry : entries) {
@@ -267,16 +291,17 @@ ExitCode cropFiles(const BatchRequest& request) {
     for (const Place& place : planned(request)) {
         const std::vector<Entry> done = cropFile(request, place);
         for (const Entry& entry : done) {
-            if (!entry.result || !request.json) {
+            if (entry.code != ExitCode::Cancelled && (!entry.result || !request.json)) {
                 print(entry);
             }
         }
         if (!request.json && any(done, [](const Entry& entry) { return entry.written; })) {
             const bool changed = any(done, [](const Entry& entry) { return entry.cropped(); });
-            std::cout << "wrote " << printable(place.output.string()) << (changed ? "" : ", unchanged") << '\n';
+            Line() << "wrote " << place.output.string() << (changed ? "" : ", unchanged");
         }
         entries.insert(entries.end(), done.begin(), done.end());
         if (done.back().code == ExitCode::Cancelled) {
+            sayCancelled(entries);
             break;
         }
     }
@@ -287,7 +312,7 @@ ExitCode cropFiles(const BatchRequest& request) {
         for (const Entry& entry : entries) {
             json["files"].push_back(entryJson(entry));
         }
-        std::cout << jsonText(json) << '\n';
+        printJson(json);
     }
     return code;
 }

@@ -108,14 +108,8 @@ class WholeCrop {
         return frames;
     }
 
-    void requireGoingOn() const {
-        if (progress_->interrupted()) {
-            throw Stop(ExitCode::Cancelled, "cancelled; nothing was written");
-        }
-    }
-
     TriedComp tried(model::Comp& comp) {
-        requireGoingOn();
+        workplace_.requireGoingOn();
         TriedComp entry;
         entry.assetId = comp.assetId;
         entry.name = comp.item->name;
@@ -184,7 +178,7 @@ class WholeCrop {
             entry.reason = stop.what();
         } catch (const render::RenderError& error) {
             entry.outcome = Outcome::PutBack;
-            entry.reason = printable(error.what());
+            entry.reason = error.what();
         }
         if (entry.outcome != Outcome::Cropped) {
             project_.history.rollBackTo(stepsBefore);
@@ -199,7 +193,7 @@ class WholeCrop {
         request.plugInOnly = request_.plugInOnly;
         workplace_.session().openComp(comp);
         workplace_.session().select(comp, {});
-        return cli::crop(workplace_, comp, request, *progress_);
+        return cli::crop(workplace_, comp, request);
     }
 
     // Empty where the crop pays.
@@ -234,14 +228,14 @@ class WholeCrop {
         ComparisonRequest request;
         request.onFrame = [this] {
             progress_->frameDone();
-            requireGoingOn();
+            workplace_.requireGoingOn();
         };
         return compare(before, project_, request);
     }
 
     // Crops that look right one by one may not do so together: then the last ones go.
     void checkWhole() {
-        requireGoingOn();
+        workplace_.requireGoingOn();
         result_.comparison = compared(*original_);
         for (std::size_t i = result_.comps.size();
              i-- > 0 && result_.comparison.verdict() == Verdict::Shifted;) {

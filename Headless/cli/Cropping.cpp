@@ -1,14 +1,13 @@
 #include "cli/Cropping.h"
 
 #include <algorithm>
-#include <iostream>
 
 #include "cli/Area.h"
 #include "cli/Comps.h"
-#include "cli/Obstacles.h"
 #include "cli/Find.h"
+#include "cli/Obstacles.h"
+#include "cli/Print.h"
 #include "cli/Text.h"
-#include "cli/Verbs.h"
 
 namespace headless::cli {
 
@@ -30,7 +29,7 @@ class Shown {
         for (std::size_t i = first_; i < session_.messages().size(); ++i) {
             const Message& message = session_.messages()[i];
             if ((message.kind == Message::Kind::Alert) == alerts) {
-                text += "\n    " + printable(message.title) + ": " + indented(message.text);
+                text += (text.empty() ? "" : "; ") + message.title + ": " + inOneLine(message.text);
             }
         }
         return text;
@@ -112,7 +111,8 @@ std::string takenOff(const model::Preferences& preferences) {
 void requireEnabled(Session& session, const model::Comp& comp, Command command) {
     const Shown shown(session);
     if (!holdKeysFor(session, command).enabled) {
-        throw NothingCropped(whyDisabled(comp, command) + shown.alerts());
+        const std::string alerts = shown.alerts();
+        throw NothingCropped(whyDisabled(comp, command) + (alerts.empty() ? "" : "; it said " + alerts));
     }
 }
 
@@ -141,7 +141,7 @@ MenuEntry holdKeysFor(Session& session, Command command) {
     const MenuEntry entry = known ? session.menuEntry(session.pluginCommand()) : MenuEntry{};
     const std::string problems = shown.problems();
     if (!known || (!entry.enabled && !problems.empty())) {
-        throw Stop(ExitCode::Failed, "the plug-in could not tell what can be cropped:" + problems);
+        throw Stop(ExitCode::Failed, "the plug-in could not tell what can be cropped: " + problems);
     }
     return entry;
 }
@@ -186,15 +186,6 @@ CropResult ProjectBefore::settledResult(Runs runs) const {
     return cropped;
 }
 
-void requireNotCancelled(const Session& session, Command command, const Progress& progress,
-                         const CropResult& result) {
-    // A closed mask chooser leaves its undo group to the host, and that is all it does.
-    const bool chooserClosed = command == Command::MaskCrop && session.undoMismatches() > 0;
-    if ((progress.interrupted() || chooserClosed) && result.resized.empty() && result.added.empty()) {
-        throw Stop(ExitCode::Cancelled, "cancelled; the project is as it was");
-    }
-}
-
 std::vector<const model::Item*> cropTargets(const model::Project& project, const model::Comp& comp) {
     if (comp.selection.empty()) {
         return {comp.item};
@@ -224,10 +215,6 @@ bool CroppedComp::reachesOut() const {
 }
 
 CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& request) {
-    return crop(workplace, comp, request, Progress(workplace.session()));
-}
-
-CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& request, const Progress& progress) {
     Session& session = workplace.session();
     model::Project& project = session.project();
     forEachComp(project, [&](model::Comp& each) { each.downsampleX = each.downsampleY = request.resolution; });
@@ -245,22 +232,20 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
     requireEnabled(session, comp, request.command);
 
     const Shown shown(session);
-    const A_Err error = session.runCommand(session.pluginCommand());
-    workplace.requireAnswered();
+    const A_Err error = workplace.run([&] { return session.runCommand(session.pluginCommand()); });
     if (error == A_Err_ALLOC) {
         throw std::bad_alloc();
     }
     if (error != A_Err_NONE) {
-        throw Stop(ExitCode::Failed, "the plug-in failed:" + shown.problems());
+        throw Stop(ExitCode::Failed, "the plug-in failed: " + shown.problems());
     }
     CropResult result = request.plugInOnly
                             ? before.result()
                             : before.settledResult(runsOf(session.preferences(), request.command));
-    requireNotCancelled(session, request.command, progress, result);
     if (result.resized.empty() && result.added.empty()) {
         const std::string less = takenOff(session.preferences());
         if (const std::string alerts = shown.alerts(); !alerts.empty()) {
-            throw NothingCropped("the plug-in said" + (less.empty() ? "" : ", with " + less) + alerts);
+            throw NothingCropped("the plug-in said" + (less.empty() ? " " : ", with " + less + ": ") + alerts);
         }
         if (before.unchanged()) {
             throw NothingCropped("nothing is visible at any frame" + (less.empty() ? "" : " with " + less));
@@ -271,7 +256,7 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
 
 void print(const CropResult& result, bool alerted) {
     for (const CroppedComp& comp : result.resized) {
-        std::cout << inQuotes(comp.name) << ": " << cropText(comp.before, comp.after, comp.uses) << '\n';
+        Line() << inQuotes(comp.name) << ": " << cropText(comp.before, comp.after, comp.uses);
         if (comp.reachesOut()) {
             say("warning: the new frame of " + inQuotes(comp.name) +
                 " reaches over the old one; what that cut off there shows now");
@@ -280,18 +265,18 @@ void print(const CropResult& result, bool alerted) {
     for (const CroppedComp& comp : result.added) {
         Area area;
         area.add({}, comp.after);
-        std::cout << inQuotes(comp.name) << ": added, " << sizeText(comp.after) << ", "
-                  << grouped(-area.saved()) << " pixels more\n";
+        Line() << inQuotes(comp.name) << ": added, " << sizeText(comp.after) << ", " << grouped(-area.saved())
+               << " pixels more";
     }
     for (const std::string& line : result.settled) {
-        std::cout << line << '\n';
+        Line() << line;
     }
     for (const CroppedComp& comp : result.unchanged) {
-        std::cout << inQuotes(comp.name) << ": "
-                  << (comp.moved() ? "its content moved, still"
-                      : alerted    ? "left at"
-                                   : "already tight at")
-                  << " " << sizeText(comp.after) << '\n';
+        Line() << inQuotes(comp.name) << ": "
+               << (comp.moved() ? "its content moved, still"
+                   : alerted    ? "left at"
+                                : "already tight at")
+               << " " << sizeText(comp.after);
     }
 }
 

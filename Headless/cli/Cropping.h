@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "cli/Progress.h"
 #include "cli/Settling.h"
 #include "cli/Workplace.h"
 
@@ -84,14 +83,8 @@ std::int64_t framesOf(const std::vector<const model::Item*>& targets);
 // Runs the command on what is open and selected. Throws NothingCropped, and Stop when a dialog got no answer,
 // when the plug-in failed, or when the person cancelled; the project is then not to be written.
 CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& request);
-// The same as one of several, with the progress of them all.
-CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& request, const Progress& progress);
 
 Runs runsOf(const model::Preferences& preferences, Command command);
-
-// Throws Stop where the person cancelled a command, which has then done nothing.
-void requireNotCancelled(const Session& session, Command command, const Progress& progress,
-                         const CropResult& result);
 
 void print(const CropResult& result, bool alerted);
 

@@ -58,8 +58,7 @@ model::Comp& findComp(const model::Project& project, const std::string& name) {
         if (id == name) {
             byId = item->comp.get();
         }
-        candidates.push_back(inQuotes(item->name) +
-                             (id.empty() || id == item->name ? "" : " (" + printable(id) + ")"));
+        candidates.push_back(inQuotes(item->name) + (id.empty() || id == item->name ? "" : " (" + id + ")"));
     }
     if (byId == nullptr) {
         refuse("no composition is named " + inQuotes(name), candidates);

@@ -9,6 +9,7 @@
 #include "archive/DotLottie.h"
 #include "cli/ExitCode.h"
 #include "cli/Supervisor.h"
+#include "cli/Print.h"
 #include "cli/Text.h"
 
 namespace headless::cli {
@@ -34,10 +35,10 @@ void requireWritable(const fs::path& file, ReadOnly readOnly, bool offersForce) 
     std::error_code error;
     const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
     const auto refuse = [&](const std::string& why) {
-        throw Stop(ExitCode::BadInput, "cannot write " + printable(file.string()) + ": " + why);
+        throw Stop(ExitCode::BadInput, "cannot write " + file.string() + ": " + why);
     };
     if (!fs::is_directory(folder, error)) {
-        refuse("there is no folder " + printable(folder.string()) + "; create it first");
+        refuse("there is no folder " + folder.string() + "; create it first");
     }
     if (fs::is_directory(file, error)) {
         refuse("this is a folder; name a file in it");
@@ -50,7 +51,7 @@ void requireWritable(const fs::path& file, ReadOnly readOnly, bool offersForce) 
     }
     if (const std::string problem = whyNotReplaceable(file, readOnly); !problem.empty()) {
         const bool forceHelps = offersForce && whyNotReplaceable(file, ReadOnly::IsReplaced).empty();
-        throw Stop(ExitCode::BadInput, printable(problem) + (forceHelps ? ", or say --force" : ""));
+        throw Stop(ExitCode::BadInput, problem + (forceHelps ? ", or say --force" : ""));
     }
 }
 
@@ -72,14 +73,14 @@ void requireWritable(const fs::path& file, ReadOnly readOnly) {
 void writeResult(const fs::path& file, std::string_view content, ReadOnly readOnly) {
     const Lost lost = writeWhole(file, content, readOnly);
     if (lost.owner || lost.group) {
-        say("note: " + printable(file.string()) + " has another " +
+        say("note: " + file.string() + " has another " +
             (!lost.group  ? "owner"
              : lost.owner ? "owner and group"
                           : "group") +
             " now; the system does not let you keep what it had");
     }
     if (lost.otherNames > 0) {
-        say("note: " + printable(file.string()) + " had " +
+        say("note: " + file.string() + " had " +
             counted(static_cast<std::int64_t>(lost.otherNames), "other name") +
             " (hard links), where the old content stays");
     }
@@ -93,7 +94,7 @@ fs::path outputFile(const fs::path& output, const fs::path& input, bool inPlace,
     requireWritable(output, readOnly);
     std::error_code error;
     if (fs::equivalent(output, input, error)) {
-        throw Stop(ExitCode::BadInput, "the output " + printable(output.string()) +
+        throw Stop(ExitCode::BadInput, "the output " + output.string() +
                                            " is the input; say --in-place if it is to be overwritten");
     }
     return output;
@@ -116,7 +117,7 @@ std::vector<std::string> ResultFile::severalAnimations() const {
         return {};
     }
     if (!toArchive_) {
-        throw Stop(ExitCode::BadInput, printable(input_.string()) +
+        throw Stop(ExitCode::BadInput, input_.string() +
                                            " holds several animations; name an output that ends in .lottie, "
                                            "which takes them all, or one of them with --animation");
     }
@@ -145,7 +146,7 @@ void ResultFile::put(const model::Project& project, const std::string& animation
     for (const std::string& picture : project.outerPictures()) {
         if (archive->sizeOf(picture)) {
             throw Stop(ExitCode::BadInput, "the animation shows the picture " + inQuotes(picture) + " of " +
-                                               printable(input_.string()) +
+                                               input_.string() +
                                                "; name an output that ends in .lottie, which keeps it");
         }
     }
@@ -155,7 +156,7 @@ void ResultFile::put(const model::Project& project, const std::string& animation
 void ResultFile::write() const {
     const FileLock lock(output_);
     if (Snapshot(input_) != read_) {
-        throw Stop(ExitCode::Failed, printable(input_.string()) +
+        throw Stop(ExitCode::Failed, input_.string() +
                                          " was changed by somebody else in the meantime; nothing was written, "
                                          "crop it again");
     }

@@ -3,7 +3,6 @@
 #include <system_error>
 
 #include "cli/ExitCode.h"
-#include "cli/Text.h"
 
 namespace headless::cli {
 
@@ -13,7 +12,7 @@ fs::path pluginFile(const fs::path& named) {
     std::error_code error;
     if (!named.empty()) {
         if (!fs::is_regular_file(named, error)) {
-            throw Stop(ExitCode::BadInput, "there is no plug-in " + printable(named.string()));
+            throw Stop(ExitCode::BadInput, "there is no plug-in " + named.string());
         }
         return named;
     }
@@ -23,8 +22,8 @@ fs::path pluginFile(const fs::path& named) {
             return file;
         }
     }
-    throw Stop(ExitCode::BadInput, "the plug-in Kestrin.so is not beside the program in " +
-                                       printable(folder.string()) + "; say where it is with --plugin");
+    throw Stop(ExitCode::BadInput, "the plug-in Kestrin.so is not beside the program in " + folder.string() +
+                                       "; say where it is with --plugin");
 }
 
 }  // namespace headless::cli

@@ -1,32 +1,13 @@
 #include "cli/Progress.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <csignal>
-#include <cstdio>
 
+#include "cli/Print.h"
 #include "cli/Text.h"
 
 namespace headless::cli {
 
 namespace {
-
-volatile std::sig_atomic_t interrupts = 0;
-
-void onInterrupt(int) {
-    interrupts = interrupts + 1;
-    if (interrupts > 1) {
-        std::signal(SIGINT, SIG_DFL);
-        std::raise(SIGINT);
-    }
-}
-
-void drawLine(int percent, const std::string& text) {
-    constexpr int width = 30;
-    const std::string done(static_cast<std::size_t>(percent * width / 100), '#');
-    std::fprintf(stderr, "\r[%-*s] %3d %%%s\033[K", width, done.c_str(), percent, text.c_str());
-}
 
 std::string minutesText(double seconds) {
     const auto whole = static_cast<int>(seconds + 0.5);
@@ -34,23 +15,29 @@ std::string minutesText(double seconds) {
     return std::to_string(whole / 60) + (rest < 10 ? ":0" : ":") + std::to_string(rest);
 }
 
+void show(int percent, const std::string& text) {
+    showStatus(progressLine(percent, text, statusColumns()));
+}
+
 }  // namespace
 
-Progress::Progress(Session& session) : session_(session), visible_(::isatty(STDERR_FILENO) != 0) {
-    interrupts = 0;
-    struct sigaction action {};
-    action.sa_handler = onInterrupt;
-    sigaction(SIGINT, &action, nullptr);
-    session_.beforeKeysAreRead = [this] {
-        if (interrupted()) {
-            session_.holdKeys(true, true);
-        }
-    };
-    session_.onProgress = [this](int percent) {
-        if (visible_) {
-            drawLine(percent, "");
-        }
-    };
+std::string progressLine(int percent, const std::string& text, int columns) {
+    const std::string words = std::to_string(percent) + " %" + text;
+    constexpr std::size_t widestNumber = 5;
+    const std::size_t margin = widestNumber - std::min(widestNumber, words.find('%') + 1);
+    constexpr int shortest = 10;
+    constexpr int longest = 30;
+    const int room = std::min(longest, columns - static_cast<int>(words.size() + margin) - 3);
+    if (room < shortest) {
+        return words;
+    }
+    const auto done = static_cast<std::size_t>(room * std::clamp(percent, 0, 100) / 100);
+    return '[' + std::string(done, '#') + std::string(static_cast<std::size_t>(room) - done, ' ') + "] " +
+           std::string(margin, ' ') + words;
+}
+
+Progress::Progress(Session& session) : session_(session) {
+    session_.onProgress = [](int percent) { show(percent, ""); };
 }
 
 Progress::Progress(Session& session, int comps, int frames) : Progress(session) {
@@ -60,17 +47,8 @@ Progress::Progress(Session& session, int comps, int frames) : Progress(session) 
 }
 
 Progress::~Progress() {
-    std::signal(SIGINT, SIG_DFL);
-    if (visible_) {
-        std::fprintf(stderr, "\r\033[K");
-    }
-    session_.beforeKeysAreRead = {};
+    clearStatus();
     session_.onProgress = {};
-    session_.holdKeys(false, false);
-}
-
-bool Progress::interrupted() const {
-    return interrupts > 0;
 }
 
 void Progress::frameDone() {
@@ -85,18 +63,15 @@ void Progress::compDone(int frames) {
     draw();
 }
 
-void Progress::draw() const {
-    if (!visible_) {
-        return;
-    }
+void Progress::draw() {
     const int done = std::min(framesDone_, frames_);
-    std::string text = "  " + std::to_string(compsDone_) + " of " + counted(comps_, "composition") + ", " +
+    std::string text = ", " + std::to_string(compsDone_) + " of " + counted(comps_, "composition") + ", " +
                        std::to_string(done) + " of " + counted(frames_, "frame");
     if (done > 0) {
         const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start_;
         text += ", " + minutesText(spent.count() * (frames_ - done) / done) + " left";
     }
-    drawLine(frames_ == 0 ? 100 : done * 100 / frames_, text);
+    show(frames_ == 0 ? 100 : static_cast<int>(100.0 * done / frames_), text);
 }
 
 }  // namespace headless::cli

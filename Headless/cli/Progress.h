@@ -1,4 +1,4 @@
-// How far a long command is, and the person's wish to end it.
+// How far a long command is.
 
 #pragma once
 
@@ -9,8 +9,10 @@
 
 namespace headless::cli {
 
-// While it lives, the progress is drawn on standard error if that is a terminal, and an interrupt (Ctrl-C)
-// holds the two keys that the plug-in takes as a cancel. A second interrupt ends the program.
+// A percentage and more to say, with a bar before them if there is room in so many columns.
+std::string progressLine(int percent, const std::string& text, int columns);
+
+// While it lives, the progress is drawn on standard error if that is a terminal, else said there now and then.
 class Progress {
  public:
     // Of one command of the plug-in: the percentage that it shows.
@@ -21,18 +23,15 @@ class Progress {
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    bool interrupted() const;
-
     // The plug-in's own frames count by themselves.
     void frameDone();
     // `frames`: that were expected for it, done or not.
     void compDone(int frames);
 
  private:
-    void draw() const;
+    void draw();
 
     Session& session_;
-    bool visible_;
     int comps_ = 0, frames_ = 0;
     int compsDone_ = 0, framesDone_ = 0, framesOfDoneComps_ = 0;
     std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();

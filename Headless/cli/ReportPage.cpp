@@ -1,6 +1,6 @@
 // The words stand in report/page.html, a Mustache template that is filled from the report itself; only what the
-// template cannot work out (numbers as people write them, geometry, pictures) is added here. The template
-// escapes every text for HTML.
+// template cannot work out (numbers as people write them, geometry, pictures) is added here. What would steer a
+// reader is shown as in a terminal, and the template escapes every text for HTML.
 
 #include "cli/ReportPage.h"
 
@@ -15,6 +15,7 @@
 #include "cli/Text.h"
 #include "model/Base64.h"
 #include "render/Png.h"
+#include "ui/Printable.h"
 
 namespace headless::cli {
 
@@ -42,7 +43,7 @@ data viewOf(const Json& json) {
     if (json.is_boolean() || json.is_null()) {
         return json.is_boolean() && json.get<bool>();
     }
-    return json.is_string()           ? printable(json.get<std::string>())
+    return json.is_string()           ? ui::printable(json.get<std::string>())
            : json.is_number_integer() ? json.dump()
                                       : shortNumber(json.get<double>());
 }

@@ -13,6 +13,7 @@
 #include <cstring>
 #include <new>
 
+#include "cli/Print.h"
 #include "cli/Text.h"
 #include "cli/Verbs.h"
 #include "files/WholeFile.h"
@@ -56,7 +57,7 @@ void beginWriting(const std::filesystem::path& file) {
 void endWriting(const std::filesystem::path& file, bool written) {
     if (written) {
         const std::string names = page->written;
-        setText(page->written, names + (names.empty() ? "" : ", ") + printable(file.string()));
+        setText(page->written, names + (names.empty() ? "" : ", ") + file.string());
     }
     page->stage = Working;
 }
@@ -110,8 +111,8 @@ class Watch {
         if (WIFSIGNALED(status) && comesFromOutside(WTERMSIG(status))) {
             endBy(WTERMSIG(status));
         }
-        if (WIFEXITED(status) && passed_ == SIGINT) {  // an open dialog ends the program in its own way
-            return fail(ExitCode::Cancelled, "cancelled");
+        if (WIFEXITED(status) && WEXITSTATUS(status) == static_cast<int>(ExitCode::Cancelled)) {
+            return fail(ExitCode::Cancelled, "cancelled");  // by an interrupt, at once
         }
         if (WIFEXITED(status) && passed_ != 0) {
             endBy(passed_);
@@ -171,14 +172,14 @@ class Watch {
         }
     }
 
-    std::string hook() const { return printable(page_.hook); }
+    std::string hook() const { return std::string(page_.hook); }
 
     ExitCode fail(ExitCode code, const std::string& what, const std::string& advice = "") const {
         const std::string file = page_.file;
         const std::string written = page_.written;
         const std::string open =
-            page_.stage == Writing ? "; " + printable(page_.writing) + " is the old file or the new one" : "";
-        say((file.empty() ? "" : printable(file) + ": ") + what +
+            page_.stage == Writing ? "; " + std::string(page_.writing) + " is the old file or the new one" : "";
+        say((file.empty() ? "" : file + ": ") + what +
             (!written.empty() ? "; written before: " + written
              : open.empty()   ? "; nothing was written"
                               : "") +

@@ -1,21 +1,21 @@
-// Words for the terminal. Names come from other people's files and are never printed as they are.
+// Words for messages and facts. Names in them are as they are; what is printed goes through Print.h.
 
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "model/Project.h"
 
 namespace headless::cli {
 
-// Control characters as escapes, so that no text can steer the terminal. Line breaks too.
-std::string printable(std::string_view text);
-// The same in quotation marks.
 std::string inQuotes(std::string_view name);
-// Line breaks stay; what follows one is indented.
-std::string indented(std::string_view text);
+// Without empty ones.
+std::vector<std::string> linesOf(std::string_view text);
+// A blank for each line break.
+std::string inOneLine(std::string_view text);
 
 std::string sizeText(model::Size size);    // 960 x 540
 std::string grouped(std::int64_t number);  // 1,234,567

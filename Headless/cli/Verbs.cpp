@@ -1,7 +1,5 @@
 #include "cli/Verbs.h"
 
-#include <iostream>
-
 #include "archive/DotLottie.h"
 #include "cli/Supervisor.h"
 #include "cli/Text.h"
@@ -43,7 +41,7 @@ void addMostFrames(CLI::App& verb, int& most) {
 void requireFrames(std::int64_t frames, int most) {
     if (frames > most) {
         const std::string file = workedOn();
-        throw Stop(ExitCode::BadInput, (file.empty() ? "" : printable(file) + ": ") + "there are " +
+        throw Stop(ExitCode::BadInput, (file.empty() ? "" : file + ": ") + "there are " +
                                            grouped(frames) + " frames to draw, and a command draws at most " +
                                            grouped(most) + "; --most-frames " + std::to_string(frames) +
                                            " allows it");
@@ -69,8 +67,7 @@ std::unique_ptr<model::Project> openProject(const std::string& file, const Readi
     model::ReadOptions reading;
     if (!options.images.empty()) {
         if (!std::filesystem::is_directory(options.images)) {
-            throw Stop(ExitCode::BadInput,
-                       "there is no folder " + printable(options.images) + " to read pictures from");
+            throw Stop(ExitCode::BadInput, "there is no folder " + options.images + " to read pictures from");
         }
         reading.imageFolder = options.images;
     }
@@ -80,7 +77,7 @@ std::unique_ptr<model::Project> openProject(const std::string& file, const Readi
     auto project = model::Project::open(file, reading);
     if (!options.animation.empty()) {
         throw Stop(ExitCode::BadInput,
-                   printable(file) + " is one animation and no archive of several; leave --animation out");
+                   file + " is one animation and no archive of several; leave --animation out");
     }
     return project;
 }
@@ -103,18 +100,13 @@ Stop caught() {
     } catch (const Stop& stop) {
         return stop;
     } catch (const model::ProjectError& error) {
-        return {ExitCode::BadInput, printable(error.what())};
+        return {ExitCode::BadInput, error.what()};
     } catch (const std::bad_alloc&) {
         const std::string file = workedOn();
-        return {ExitCode::Failed, (file.empty() ? "" : printable(file) + ": ") + "there is not enough memory"};
+        return {ExitCode::Failed, (file.empty() ? "" : file + ": ") + "there is not enough memory"};
     } catch (const std::exception& error) {
-        return {ExitCode::Failed, printable(error.what())};
+        return {ExitCode::Failed, error.what()};
     }
-}
-
-void say(const std::string& message) {
-    std::cout << std::flush;
-    std::cerr << "kestrin: " << message << '\n';
 }
 
 }  // namespace headless::cli

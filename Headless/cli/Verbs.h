@@ -61,7 +61,5 @@ struct Versions {
 Versions openVersions(const VersionsOptions& options);
 // What has been thrown, inside a catch block: a wrong project is bad input, anything unexpected a failure.
 Stop caught();
-// A line on the standard error stream, as the program speaks there.
-void say(const std::string& message);
 
 }  // namespace headless::cli

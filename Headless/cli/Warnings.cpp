@@ -5,8 +5,8 @@
 #include <set>
 
 #include "cli/Comps.h"
+#include "cli/Print.h"
 #include "cli/Text.h"
-#include "cli/Verbs.h"
 
 namespace headless::cli {
 

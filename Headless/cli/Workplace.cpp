@@ -3,12 +3,13 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <iostream>
 
 #include "cli/Find.h"
 #include "cli/PluginFile.h"
+#include "cli/Print.h"
 #include "cli/Supervisor.h"
 #include "cli/Text.h"
+#include "ui/Interrupt.h"
 #include "ui/Terminal.h"
 
 namespace headless::cli {
@@ -77,12 +78,13 @@ Workplace::Workplace(const WorkplaceOptions& options, std::unique_ptr<model::Pro
         if (!options.answerFile.empty() && options.answerFile != "-") {
             answers_.addFile(options.answerFile);
         }
-        session_ = std::make_unique<Session>(std::move(project), answers_, sessionOptions(options));
+        session_ = std::make_unique<Session>(std::move(project), watch_, sessionOptions(options));
     } catch (const std::runtime_error& error) {
-        throw Stop(ExitCode::BadInput, printable(error.what()));
+        throw Stop(ExitCode::BadInput, error.what());
     }
     session_->onHook = inHook;
     session_->loadPlugin(plugin);
+    ui::noteInterrupts();
 }
 
 model::Comp& Workplace::open(const SelectionOptions& selection) {
@@ -105,19 +107,51 @@ model::Comp& Workplace::open(const SelectionOptions& selection) {
     return comp;
 }
 
-void Workplace::requireAnswered() {
+bool Workplace::cancelled() const {
+    return ui::interrupted() || watch_.cancelled();
+}
+
+A_Err Workplace::run(const std::function<A_Err()>& command) {
+    session_->beforeKeysAreRead = [this] {
+        if (cancelled()) {
+            session_->holdKeys(true, true);
+        }
+    };
+    const A_Err error = command();
+    session_->beforeKeysAreRead = {};
+    session_->holdKeys(false, false);
     if (const auto unanswered = answers_.unanswered()) {
         answers_.forgetUnanswered();
-        throw Stop(ExitCode::BadInput, printable(*unanswered));
+        throw Stop(ExitCode::BadInput, *unanswered);
     }
+    requireGoingOn();
+    return error;
+}
+
+void Workplace::requireGoingOn() const {
+    if (cancelled()) {
+        const auto& dialog = watch_.cancelled();
+        const bool inDialog = dialog && !ui::interrupted();
+        throw Stop(ExitCode::Cancelled, "cancelled" + (inDialog ? " in the dialog " + inQuotes(*dialog) : ""));
+    }
+}
+
+void Workplace::write(const std::function<void()>& rest) {
+    const ui::NoInterrupt untilDone;
+    requireGoingOn();
+    session_->writePreferences();
+    rest();
 }
 
 void Workplace::printMessages() const {
     for (const Message& message : session_->messages()) {
         if (message.kind == Message::Kind::Alert) {
-            std::cout << "alert: " << printable(message.title) << "\n    " << indented(message.text) << '\n';
+            Line() << "alert: " << message.title;
+            for (const std::string& line : linesOf(message.text)) {
+                Line() << "    " << line;
+            }
         } else {
-            say("warning: " + printable(message.title) + ": " + indented(message.text));
+            say("warning: " + message.title + ": " + inOneLine(message.text));
         }
     }
     for (const std::string& title : answers_.unused()) {

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -10,6 +11,7 @@
 
 #include "cli/Verbs.h"
 #include "session/Session.h"
+#include "ui/CancelWatch.h"
 #include "ui/PreparedAnswers.h"
 
 namespace headless::cli {
@@ -43,14 +45,23 @@ class Workplace {
     Session& session() { return *session_; }
     // Opens the composition, selects the layers and moves the slider. Throws Stop.
     model::Comp& open(const SelectionOptions& selection);
-    // Throws Stop when a dialog was not answered since the last call.
-    void requireAnswered();
+    // Runs a command of the plug-in. While it does, a cancel holds the two keys that the plug-in takes as one.
+    // Throws Stop when a dialog was not answered, and when the person cancelled.
+    A_Err run(const std::function<A_Err()>& command);
+    // Throws Stop when the person cancelled a dialog, or interrupts. Nothing is then to be written.
+    void requireGoingOn() const;
+    // The preferences that scripts saved, and the rest with them. Until it is done no interrupt comes: throws
+    // Stop like that before, not after.
+    void write(const std::function<void()>& rest);
     // Alerts on standard output, warnings and unused answers on standard error.
     void printMessages() const;
 
  private:
+    bool cancelled() const;
+
     std::unique_ptr<ui::Answerer> others_;
     ui::PreparedAnswers answers_;
+    ui::CancelWatch watch_{answers_};
     std::unique_ptr<Session> session_;
 };
 

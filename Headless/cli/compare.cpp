@@ -1,9 +1,8 @@
 // kestrin compare: whether two versions of a project look the same.
 
-#include <iostream>
-
 #include "cli/Comparison.h"
 #include "cli/ComparisonJson.h"
+#include "cli/Print.h"
 #include "cli/Text.h"
 #include "cli/Verbs.h"
 
@@ -18,35 +17,36 @@ struct Options {
 };
 
 void print(const ChangedComp& comp) {
-    std::cout << "changed: " << inQuotes(comp.name);
+    Line line;
+    line << "changed: " << inQuotes(comp.name);
     if (!comp.before || !comp.after) {
-        std::cout << ", only in the " << (comp.before ? "first" : "second") << '\n';
+        line << ", only in the " << (comp.before ? "first" : "second");
     } else if (comp.before != comp.after) {
-        std::cout << ", " << sizeText(*comp.before) << " -> " << sizeText(*comp.after) << '\n';
+        line << ", " << sizeText(*comp.before) << " -> " << sizeText(*comp.after);
     } else {
-        std::cout << ", its layers\n";
+        line << ", its layers";
     }
 }
 
 void print(const ComparedComp& comp) {
-    std::cout << word(comp.verdict) << ": " << inQuotes(comp.name);
+    Line line;
+    line << word(comp.verdict) << ": " << inQuotes(comp.name);
     if (comp.otherTimes) {
-        std::cout << ", its frames or their rate are not the same\n";
+        line << ", its frames or their rate are not the same";
         return;
     }
-    std::cout << ", " << counted(comp.frames, "frame") << " compared";
+    line << ", " << counted(comp.frames, "frame") << " compared";
     if (comp.worst.largest > 0) {
-        std::cout << ", largest difference " << comp.worst.largest << " of 255 at frame " << comp.worst.frame
-                  << ", pixel " << comp.worst.at.x << "," << comp.worst.at.y;
+        line << ", largest difference " << comp.worst.largest << " of 255 at frame " << comp.worst.frame
+             << ", pixel " << comp.worst.at.x << "," << comp.worst.at.y;
         if (comp.worst.pixels > 0) {
-            std::cout << " (" << counted(static_cast<std::int64_t>(comp.worst.pixels), "pixel") << ")";
+            line << " (" << counted(static_cast<std::int64_t>(comp.worst.pixels), "pixel") << ")";
         }
     }
     if (comp.offset) {
-        std::cout << "; resized itself" << (comp.assetId.empty() ? ", which shows on screen" : "")
-                  << "; laid over its old picture, moved by " << comp.offset->x << "," << comp.offset->y;
+        line << "; resized itself" << (comp.assetId.empty() ? ", which shows on screen" : "")
+             << "; laid over its old picture, moved by " << comp.offset->x << "," << comp.offset->y;
     }
-    std::cout << '\n';
 }
 
 void print(const Comparison& comparison) {
@@ -56,7 +56,7 @@ void print(const Comparison& comparison) {
     for (const ComparedComp& comp : comparison.compared) {
         print(comp);
     }
-    std::cout << conclusion(comparison) << '\n';
+    Line() << conclusion(comparison);
 }
 
 ExitCode run(Options& options) {
@@ -66,7 +66,7 @@ ExitCode run(Options& options) {
     if (options.json) {
         model::Json document = documentJson("compare", options.versions.before, options.versions.after);
         document.update(comparisonJson(comparison));
-        std::cout << jsonText(document) << '\n';
+        printJson(document);
     } else {
         print(comparison);
     }

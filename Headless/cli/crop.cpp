@@ -1,12 +1,11 @@
 // kestrin crop: runs the plug-in's command on a project and writes the result.
 
-#include <iostream>
-
 #include "cli/Batch.h"
 #include "cli/Cropping.h"
 #include "cli/Find.h"
 #include "cli/Output.h"
-#include "cli/Text.h"
+#include "cli/Print.h"
+#include "cli/Progress.h"
 
 namespace headless::cli {
 
@@ -70,15 +69,18 @@ ExitCode run(Options& options, bool maskCrop) {
     if (options.duration) {
         requireFrames(framesOf(cropTargets(workplace.session().project(), comp)), options.mostFrames);
     }
-    const CropResult result = crop(workplace, comp, options.request);
+    const CropResult result = [&] {
+        const Progress progress(workplace.session());
+        return crop(workplace, comp, options.request);
+    }();
 
     file.put(workplace.session().project(), options.workplace.reading.animation);
-    file.write();
+    workplace.write([&] { file.write(); });
     const auto& messages = workplace.session().messages();
     workplace.printMessages();
     print(result, std::any_of(messages.begin(), messages.end(),
                               [](const Message& message) { return message.kind == Message::Kind::Alert; }));
-    std::cout << "wrote " << printable(output.string()) << '\n';
+    Line() << "wrote " << output.string();
     return ExitCode::Done;
 }
 

@@ -1,10 +1,10 @@
 // kestrin info: what a project holds.
 
 #include <iomanip>
-#include <iostream>
 
 #include "cli/Comps.h"
 #include "cli/Find.h"
+#include "cli/Print.h"
 #include "cli/Text.h"
 #include "cli/Verbs.h"
 
@@ -40,39 +40,39 @@ void printLayer(const model::Project& project, const model::Layer& layer) {
     const std::string number = "#" + std::to_string(project.indexOf(layer) + 1);
     const std::string frames = shortNumber(layer.inFrame - layer.comp->firstFrame) + " to " +
                                shortNumber(layer.outFrame - layer.comp->firstFrame);
-    std::cout << "  " << std::left << std::setw(6) << number << std::setw(9) << kindOf(layer.type)
-              << std::setw(16) << frames << inQuotes(project.nameOf(layer));
+    Line line;
+    line << "  " << std::left << std::setw(6) << number << std::setw(9) << kindOf(layer.type) << std::setw(16)
+         << frames << inQuotes(project.nameOf(layer));
     if (layer.source != nullptr && (layer.source->comp || layer.type == model::LayerType::Image)) {
-        std::cout << " shows " << inQuotes(layer.source->name);
+        line << " shows " << inQuotes(layer.source->name);
     }
     if (layer.parent != nullptr) {
-        std::cout << ", parent #" << project.indexOf(*layer.parent) + 1;
+        line << ", parent #" << project.indexOf(*layer.parent) + 1;
     }
     if (!layer.masks.empty()) {
-        std::cout << ", " << counted(static_cast<std::int64_t>(layer.masks.size()), "mask");
+        line << ", " << counted(static_cast<std::int64_t>(layer.masks.size()), "mask");
     }
-    std::cout << (layer.hidden ? ", hidden" : "") << '\n';
+    line << (layer.hidden ? ", hidden" : "");
 }
 
 void printComp(const model::Project& project, const model::Comp& comp, const Uses& uses) {
-    std::cout << '\n'
-              << inQuotes(comp.item->name)
-              << (comp.assetId.empty() ? ", the root" : ", id " + inQuotes(comp.assetId)) << ": "
-              << sizeText(comp.item->size) << ", frames 0 to " << frameCount(comp) - 1 << '\n';
+    Line();
+    Line() << inQuotes(comp.item->name)
+           << (comp.assetId.empty() ? ", the root" : ", id " + inQuotes(comp.assetId)) << ": "
+           << sizeText(comp.item->size) << ", frames 0 to " << frameCount(comp) - 1;
     if (const auto found = uses.find(comp.item); found != uses.end()) {
-        std::cout << "  used by ";
+        Line line;
+        line << "  used by ";
         const char* separator = "";
         for (const model::Layer* use : found->second) {
-            std::cout << separator << "#" << project.indexOf(*use) + 1 << " of "
-                      << inQuotes(use->comp->item->name);
+            line << separator << "#" << project.indexOf(*use) + 1 << " of " << inQuotes(use->comp->item->name);
             separator = ", ";
         }
-        std::cout << '\n';
     } else if (!comp.assetId.empty()) {
-        std::cout << "  not used\n";
+        Line() << "  not used";
     }
     if (!comp.layers.empty()) {
-        std::cout << "  layer kind     frames          name\n";
+        Line() << "  layer kind     frames          name";
     }
     for (const model::LayerPtr& layer : comp.layers) {
         printLayer(project, *layer);
@@ -86,8 +86,8 @@ struct Options {
 
 ExitCode run(const Options& options) {
     const auto project = openProject(options.project, options.reading);
-    std::cout << printable(options.project) << ": " << counted(compCount(*project), "composition") << ", "
-              << shortNumber(project->frameRate()) << " frames a second\n";
+    Line() << options.project << ": " << counted(compCount(*project), "composition") << ", "
+           << shortNumber(project->frameRate()) << " frames a second";
     const Uses uses = usesIn(*project);
     forEachComp(*project, [&](const model::Comp& comp) { printComp(*project, comp, uses); });
     return ExitCode::Done;

@@ -1,11 +1,11 @@
 // kestrin: the plug-in at work on Lottie files, without a person or a screen.
 
 #include <csignal>
-#include <iostream>
 
 #include "cli/CommandLine.h"
+#include "cli/Print.h"
 #include "cli/Supervisor.h"
-#include "cli/Text.h"
+#include "ui/Interrupt.h"
 
 namespace {
 
@@ -26,20 +26,22 @@ ExitCode run(int argc, char** argv) {
         program.exit(request);
         return ExitCode::Done;
     } catch (const CLI::ParseError& error) {
-        return failWith(ExitCode::BadInput, printable(error.what()) + "; kestrin --help tells more");
+        return failWith(ExitCode::BadInput, std::string(error.what()) + "; kestrin --help tells more");
     }
     try {
         if (const auto outcome = supervised(timeoutOf(program))) {
             return *outcome;
         }
+        headless::ui::endOnInterrupt(static_cast<int>(ExitCode::Cancelled));
         const ExitCode code = action();
-        if (!std::cout.flush()) {
+        if (!flushed()) {
             return failWith(ExitCode::Failed, "the output could not be written to standard output");
         }
         return code;
     } catch (...) {
         const Stop stop = caught();
-        return failWith(stop.code, stop.what());
+        const bool cancelled = stop.code == ExitCode::Cancelled;
+        return failWith(stop.code, stop.what() + std::string(cancelled ? "; nothing was written" : ""));
     }
 }
 

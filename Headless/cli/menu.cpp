@@ -1,10 +1,9 @@
 // kestrin menu: what the plug-in's menu entry says and whether it can be chosen.
 
 #include <algorithm>
-#include <iostream>
 
 #include "cli/Cropping.h"
-#include "cli/Text.h"
+#include "cli/Print.h"
 
 namespace headless::cli {
 
@@ -25,7 +24,7 @@ ExitCode run(const Options& options) {
     const Command command = held("shift") ? (held("command") ? Command::MaskCrop : Command::Preferences)
                                           : (held("command") ? Command::Duration : Command::Standard);
     const MenuEntry entry = holdKeysFor(workplace.session(), command);
-    std::cout << "Layer > " << printable(entry.name) << (entry.enabled ? "" : " (disabled)") << '\n';
+    Line() << "Layer > " << entry.name << (entry.enabled ? "" : " (disabled)");
     return ExitCode::Done;
 }
 

@@ -1,11 +1,9 @@
 // kestrin panel: a request as the companion script panel leaves it, taken up by the plug-in when it is idle.
 
-#include <iostream>
-
 #include "cli/Cropping.h"
 #include "cli/Output.h"
+#include "cli/Print.h"
 #include "cli/Progress.h"
-#include "cli/Text.h"
 
 namespace headless::cli {
 
@@ -45,16 +43,17 @@ ExitCode run(const Options& options) {
 
     session.preferences().setLong("Kestrin", "Menu_Cmd", session.pluginCommand());
     session.preferences().setLong("Kestrin", "Panel_Run", options.request);
-    const Progress progress(session);
-    const A_Err error = session.tick();
-    workplace.requireAnswered();
+    const A_Err error = [&] {
+        const Progress progress(session);
+        return workplace.run([&] { return session.tick(); });
+    }();
     if (error != A_Err_NONE) {
         throw Stop(ExitCode::Failed, "the plug-in failed (error " + std::to_string(error) + ")");
     }
     const CropResult result = before.settledResult(runsOf(session.preferences(), command));
-    requireNotCancelled(session, command, progress, result);
     workplace.printMessages();
     if (command == Command::Preferences) {
+        workplace.write([] {});
         return ExitCode::Done;
     }
     const bool alerted = !session.messages().empty();
@@ -62,9 +61,9 @@ ExitCode run(const Options& options) {
         return ExitCode::NothingToDo;
     }
     file->put(session.project(), options.workplace.reading.animation);
-    file->write();
+    workplace.write([&] { file->write(); });
     print(result, alerted);
-    std::cout << "wrote " << printable(options.output) << '\n';
+    Line() << "wrote " << options.output;
     return ExitCode::Done;
 }
 

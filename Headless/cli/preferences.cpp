@@ -1,11 +1,9 @@
 // kestrin preferences: the plug-in's own dialog over a preference file.
 
-#include <iostream>
-
 #include "cli/Cropping.h"
 #include "cli/Output.h"
+#include "cli/Print.h"
 #include "cli/Supervisor.h"
-#include "cli/Text.h"
 
 namespace headless::cli {
 
@@ -24,17 +22,17 @@ ExitCode run(const WorkplaceOptions& options) {
     Session& session = workplace.session();
     const model::Preferences before = session.preferences();
     holdKeysFor(session, Command::Preferences);
-    const A_Err error = session.runCommand(session.pluginCommand());
-    workplace.requireAnswered();
+    const A_Err error = workplace.run([&] { return session.runCommand(session.pluginCommand()); });
     workplace.printMessages();
     if (error != A_Err_NONE) {
         throw Stop(ExitCode::Failed, "the plug-in failed (error " + std::to_string(error) + ")");
     }
     if (session.preferences() == before) {
-        std::cout << "nothing changed\n";
+        Line() << "nothing changed";
     } else {
         session.savePreferences();
-        std::cout << "wrote " << printable(options.preferences) << '\n';
+        workplace.write([] {});
+        Line() << "wrote " << options.preferences;
     }
     return ExitCode::Done;
 }

@@ -1,9 +1,8 @@
 // kestrin render: one frame of a composition as a PNG.
 
-#include <iostream>
-
 #include "cli/Find.h"
 #include "cli/Output.h"
+#include "cli/Print.h"
 #include "cli/Text.h"
 #include "cli/Verbs.h"
 #include "render/Png.h"
@@ -29,8 +28,9 @@ ExitCode run(const Options& options) {
     const int factor = resolutionFactor(options.resolution);
     const render::Picture picture = CompPictures(*project).picture(comp, frame, factor, factor);
     writeResult(options.output, render::encodePng(picture), options.readOnly);
-    std::cout << inQuotes(comp.item->name) << ", frame " << frame << ": " << picture.width << " x "
-              << picture.height << "\nwrote " << printable(options.output) << '\n';
+    Line() << inQuotes(comp.item->name) << ", frame " << frame << ": " << picture.width << " x "
+           << picture.height;
+    Line() << "wrote " << options.output;
     return ExitCode::Done;
 }
 

@@ -1,10 +1,8 @@
 // kestrin report: a page to look at, of what a crop did.
 
-#include <iostream>
-
 #include "cli/Output.h"
+#include "cli/Print.h"
 #include "cli/ReportPage.h"
-#include "cli/Text.h"
 #include "cli/Verbs.h"
 
 namespace headless::cli {
@@ -21,8 +19,7 @@ struct Options {
 void requireOther(const std::string& page, const std::string& project) {
     std::error_code error;
     if (std::filesystem::equivalent(page, project, error)) {
-        throw Stop(ExitCode::BadInput,
-                   "the page " + printable(page) + " is one of the two projects; name another file");
+        throw Stop(ExitCode::BadInput, "the page " + page + " is one of the two projects; name another file");
     }
 }
 
@@ -46,9 +43,10 @@ ExitCode run(const Options& options) {
         writeResult(options.output, reportPage(report, before, after), options.readOnly);
     }
     if (options.json) {
-        std::cout << jsonText(report) << '\n';
+        printJson(report);
     } else {
-        std::cout << report["conclusion"].get<std::string>() << "\nwrote " << printable(options.output) << '\n';
+        Line() << report["conclusion"].get<std::string>();
+        Line() << "wrote " << options.output;
     }
     return report["verdict"] == word(Verdict::Shifted) ? ExitCode::Differs : ExitCode::Done;
 }

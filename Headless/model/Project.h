@@ -19,12 +19,11 @@
 #include <vector>
 
 #include "model/History.h"
+#include "model/Json.h"
 #include "model/Slots.h"
 #include "model/Stream.h"
 
 namespace headless::model {
-
-using Json = nlohmann::ordered_json;
 
 using ItemId = std::int32_t;
 using LayerId = std::uint32_t;

@@ -127,7 +127,10 @@ class Session final : private script::ScriptHost {
 
     model::Project& project() { return *project_; }
     model::Preferences& preferences() override { return preferences_; }
-    void savePreferences() override;  // to the file of the options, if there is one
+    // What scripts have had saved goes to the file of the options, if there is one; until then it is kept here,
+    // as the person may still cancel.
+    void writePreferences();
+    void savePreferences() override { saved_.push_back(preferences_); }
 
     // ---- For the suites ------------------------------------------------------------------------------
     // Records a call, `what` it is about included: 0, or the code that refuses it.
@@ -264,6 +267,7 @@ class Session final : private script::ScriptHost {
     ui::Answerer& answerer_;
     SessionOptions options_;
     model::Preferences preferences_;
+    std::vector<model::Preferences> saved_;  // not in the file yet
     std::thread::id mainThread_ = std::this_thread::get_id();
 
     model::ItemId frontItem_ = 0;

@@ -116,14 +116,19 @@ void Session::setParent(script::LayerId child, std::optional<script::LayerId> pa
     }
 }
 
-void Session::savePreferences() {
-    if (!options_.preferencesFile.empty()) {
-        preferences_.save(options_.preferencesFile);
+void Session::writePreferences() {
+    for (model::Preferences& saved : saved_) {
+        if (!options_.preferencesFile.empty()) {
+            saved.save(options_.preferencesFile);
+        }
     }
+    saved_.clear();
 }
 
 void Session::reloadPreferences() {
-    if (!options_.preferencesFile.empty()) {
+    if (!saved_.empty()) {
+        preferences_ = saved_.back();
+    } else if (!options_.preferencesFile.empty()) {
         preferences_ = model::Preferences::load(options_.preferencesFile);
     }
 }

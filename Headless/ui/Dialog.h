@@ -61,14 +61,9 @@ class Answerer {
  public:
     virtual ~Answerer() = default;
 
-    // Asked again with the dialog's new state after each action. Where there is no answer to give, records
-    // that and returns CloseBox: a dialog never stays open for ever.
+    // Asked again with the dialog's new state after each action. Where there is no answer to give, returns
+    // CloseBox: a dialog never stays open for ever.
     virtual Action next(const Dialog& dialog) = 0;
-
-    // A message for the user about the first dialog that was not answered as it should be. Nothing while all
-    // were.
-    virtual std::optional<std::string> unanswered() const { return std::nullopt; }
-    virtual void forgetUnanswered() {}
 };
 
 }  // namespace headless::ui

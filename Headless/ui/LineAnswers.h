@@ -14,14 +14,12 @@ class LineAnswers final : public Answerer {
     // Both must outlive this.
     LineAnswers(std::istream& in, std::ostream& out) : in_(in), out_(out) {}
 
+    // The end of the input closes the dialog.
     Action next(const Dialog& dialog) override;
-    std::optional<std::string> unanswered() const override;
-    void forgetUnanswered() override { firstProblem_.clear(); }
 
  private:
     std::istream& in_;
     std::ostream& out_;
-    std::string firstProblem_;
 };
 
 }  // namespace headless::ui

@@ -178,13 +178,7 @@ Action PreparedAnswers::next(const Dialog& dialog) {
 }
 
 std::optional<std::string> PreparedAnswers::unanswered() const {
-    if (!firstProblem_.empty()) return firstProblem_;
-    return otherwise_ ? otherwise_->unanswered() : std::nullopt;
-}
-
-void PreparedAnswers::forgetUnanswered() {
-    firstProblem_.clear();
-    if (otherwise_) otherwise_->forgetUnanswered();
+    return firstProblem_.empty() ? std::nullopt : std::optional(firstProblem_);
 }
 
 std::vector<std::string> PreparedAnswers::unused() const {

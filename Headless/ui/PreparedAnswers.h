@@ -28,8 +28,11 @@ class PreparedAnswers final : public Answerer {
     void addFile(const std::filesystem::path& file);
 
     Action next(const Dialog& dialog) override;
-    std::optional<std::string> unanswered() const override;
-    void forgetUnanswered() override;
+
+    // A message for the user about the first dialog that was not answered as it should be, and was closed.
+    // Nothing while all were.
+    std::optional<std::string> unanswered() const;
+    void forgetUnanswered() { firstProblem_.clear(); }
 
     // Titles that were prepared for and that no dialog bore.
     std::vector<std::string> unused() const;

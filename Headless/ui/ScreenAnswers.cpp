@@ -1,6 +1,8 @@
 #include "ui/ScreenAnswers.h"
 
 #include <curses.h>
+#include <poll.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -12,10 +14,20 @@
 #include <string>
 #include <vector>
 
+#include "ui/Interrupt.h"
+#include "ui/Printable.h"
 #include "ui/Step.h"
 
 namespace headless::ui {
 namespace {
+
+constexpr int longestDeafness = 200;  // milliseconds, to an interrupt
+
+// curses tells the end of a terminal and a moment without keys alike.
+bool terminalEnded() {
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    return ::poll(&input, 1, 0) > 0;  // there is something, and it was no key
+}
 
 // The terminal is curses' from construction to destruction.
 class Screen {
@@ -27,6 +39,7 @@ class Screen {
         noecho();
         keypad(stdscr, TRUE);
         curs_set(0);
+        timeout(longestDeafness);
     }
     ~Screen() {
         endwin();
@@ -84,6 +97,8 @@ std::vector<Row> rowsOf(const Dialog& dialog, const Keyboard& keyboard, std::siz
         if (!control.visible || control.kind == Control::Kind::Group) continue;
         const std::string indent(static_cast<std::size_t>(control.depth) * 2, ' ');
         std::string text = rowText(control, keyboard);
+        const bool isLabel = control.kind == Control::Kind::StaticText || control.kind == Control::Kind::Panel;
+        if (!isLabel) text = printable(text);
         std::erase(text, '\r');
         for (std::size_t begin = 0; begin <= text.size();) {
             const std::size_t end = endOfRow(text, begin, width - std::min(width, indent.size()));
@@ -96,7 +111,7 @@ std::vector<Row> rowsOf(const Dialog& dialog, const Keyboard& keyboard, std::siz
     return rows;
 }
 
-// The rows around the focus, where not all fit. curses shows control characters in names as ^X.
+// The rows around the focus, where not all fit.
 void draw(const std::vector<Row>& rows) {
     erase();
     const int height = std::max(getmaxy(stdscr), 1);
@@ -106,7 +121,7 @@ void draw(const std::vector<Row>& rows) {
     for (int y = 0; y < height && first + y < static_cast<int>(rows.size()); ++y) {
         const Row& row = rows[static_cast<std::size_t>(first + y)];
         attrset(row.focused ? A_REVERSE : row.enabled ? A_NORMAL : A_DIM);
-        mvaddnstr(y, 0, row.text.c_str(), -1);
+        mvaddnstr(y, 0, printable(row.text).c_str(), -1);
         attrset(A_NORMAL);
     }
     refresh();
@@ -138,7 +153,10 @@ Action ScreenAnswers::next(const Dialog& dialog) {
         draw(rowsOf(dialog, keyboard_, static_cast<std::size_t>(std::max(getmaxx(stdscr), 1))));
         wint_t code = 0;
         const int status = get_wch(&code);
-        if (status == ERR) return {};
+        if (status == ERR) {
+            if (interrupted() || terminalEnded()) return {};
+            continue;
+        }
         if (const std::optional<Key> key = keyFor(status, code)) {
             if (const std::optional<Action> action = keyboard_.press(*key, dialog)) return *action;
         } else if (status == OK && code >= 0x20) {

@@ -12,7 +12,7 @@ class ScreenAnswers final : public Answerer {
     // Standard input and output must be a terminal. Sets the process's locale for characters to the user's.
     ScreenAnswers();
 
-    // A terminal that goes away closes the dialog.
+    // An interrupt closes the dialog, and so does a terminal that goes away.
     Action next(const Dialog& dialog) override;
 
  private:

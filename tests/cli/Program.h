@@ -67,7 +67,7 @@ class Program : public testing::Test {
             const auto redirect = [](int descriptor, const std::string& file, int flags) {
                 ::dup2(::open(file.c_str(), flags, 0600), descriptor);
             };
-            redirect(STDIN_FILENO, "/dev/null", O_RDONLY);
+            redirect(STDIN_FILENO, input, O_RDONLY);
             redirect(STDOUT_FILENO, out, O_WRONLY | O_CREAT | O_TRUNC);
             redirect(STDERR_FILENO, err, O_WRONLY | O_CREAT | O_TRUNC);
             ::execv(argv[0], argv.data());
@@ -95,6 +95,7 @@ class Program : public testing::Test {
     }
 
     fs::path folder;
+    std::string input = "/dev/null";  // a file that the program reads from
 };
 
 }  // namespace kestrin_test

@@ -74,7 +74,7 @@ TEST_F(Modes, PreferencesAreEditedInTheDialogAndFollowed) {
         run({"preferences", "--preferences", store, "--answer", "Kestrin Preferences=Padding,Save"});
     ASSERT_EQ(edited.code, ExitCode::Done) << edited.err;
     EXPECT_THAT(contentOf(store), HasSubstr("\"PaddingAmount\" = \"10.000000\""));
-    EXPECT_EQ(run({"preferences", "--preferences", store, "--answer", "Kestrin Preferences=Cancel"}).out,
+    EXPECT_EQ(run({"preferences", "--preferences", store, "--answer", "Kestrin Preferences=Save"}).out,
               "nothing changed\n");
 
     EXPECT_EQ(crop({"--preferences", store}).code, ExitCode::Done);

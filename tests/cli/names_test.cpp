@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "Program.h"
+#include "cli/Progress.h"
 #include "support/ProjectSpec.h"
 
 namespace kestrin_test {
@@ -68,30 +69,89 @@ TEST_F(Names, AnyNameCanBeSaidAndIsShownAsItIs) {
     }
 }
 
+// An escape sequence, a line of its own, a control character of the second range, and marks that turn the order
+// of what follows.
+const std::string evil = "\x1b]0;title\x07\x1b[31mred\r\nwrote all\x7F\xC2\x9B\u202Etxt.\u2066\u200F\u061C";
+const std::string evilShown =
+    R"(\x1B]0;title\x07\x1B[31mred\x0D\nwrote all\x7F\x9B\u202Etxt.\u2066\u200F\u061C)";
+
+void expectHarmless(const std::string& said) {
+    SCOPED_TRACE(said);
+    for (const char* harmful :
+         {"\x1b", "\x07", "\r", "\nwrote all", "\x7F", "\xC2\x9B", "\u202E", "\u2066", "\u200F", "\u061C"}) {
+        EXPECT_THAT(said, Not(HasSubstr(harmful)));
+    }
+}
+
 TEST_F(Names, NothingInANameSteersTheTerminal) {
-    const std::string name = "\x1b]0;title\x07\x1b[31mred\r\n\x7F\xC2\x9B";
-    const std::string shown = "\"\\x1B]0;title\\x07\\x1B[31mred\\x0D\\n\\x7F\\x9B\"";
-    const std::string in = write("in\x1b[31m.json", scene(name));
+    const std::string in = write("in\x1b[31m.json", scene(evil));
     const std::string out = pathOf("out.json");
     const std::vector<std::vector<std::string>> commands{
         {"info", in},
-        {"crop", in, "--layer", name, "-o", out},
+        {"crop", in, "--layer", evil, "-o", out},
         {"compare", in, out},
         {"crop", in, "--layer", "none", "-o", out},
-        {"crop", in, "--layer", name, "--mask", "none", "-o", out},
+        {"crop", in, "--layer", evil, "--mask", "none", "-o", out},
         {"crop", in, "--all", "-o", out},
-        {"render", in, "--comp", name, "--frame", "0", "-o", pathOf("frame.png")},
-        {"menu", in, "--select", name + "?"},
+        {"render", in, "--comp", evil, "--frame", "0", "-o", pathOf("frame.png")},
+        {"menu", in, "--select", evil + "?"},
+        {"info", pathOf(evil)},
+        {"info", in, evil},
     };
     for (const auto& command : commands) {
         const Outcome outcome = run(command);
-        const std::string said = outcome.out + outcome.err;
-        SCOPED_TRACE(said);
-        EXPECT_THAT(said, HasSubstr(shown.substr(1, shown.size() - 2)));
-        for (const char* harmful : {"\x1b", "\x07", "\r", "\x7F", "\xC2\x9B"}) {
-            EXPECT_THAT(said, Not(HasSubstr(harmful)));
+        EXPECT_THAT(outcome.out + outcome.err, HasSubstr(evilShown));
+        expectHarmless(outcome.out + outcome.err);
+    }
+    expectHarmless(run({"crop", in, "--layer", evil, "--mask", "--answers", "-", "-o", out}).err);
+    const Outcome overlong = run({"menu", in, "--select", "\xE0\x80\x9B \xED\xA0\x80 \xF8"});
+    EXPECT_THAT(overlong.err, HasSubstr(R"(\xE0\x80\x9B \xED\xA0\x80 \xF8)"));
+}
+
+TEST_F(Names, FactsKeepNamesAsTheyAre) {
+    // The second use shows less of the composition than the first, and would show as much: a reason with a
+    // name.
+    const std::string in = write("in.json", project(evil, {300, 200})
+                                                .with(useOf("Card", {100, 100}))
+                                                .with(useOf("Card", {40, 40}).at({150, 0}))
+                                                .having(comp("Card", {100, 100}).with(solid("s", {60, 60})))
+                                                .text());
+    const Outcome outcome = run({"crop", "--all", "--json", in, "-o", pathOf("out.json")});
+    expectHarmless(outcome.out + outcome.err);
+    const Json file = Json::parse(outcome.out)["files"][0];
+    EXPECT_THAT(file["compositions"][0]["reason"].get<std::string>(),
+                HasSubstr("of \"" + evil + "\" would differ"));
+    EXPECT_EQ(file["warnings"][0]["composition"], evil);
+    const Outcome lines = run({"crop", "--all", in, "-o", pathOf("out.json")});
+    EXPECT_THAT(lines.out, HasSubstr("of \"" + evilShown + "\" would differ"));
+    expectHarmless(lines.out + lines.err);
+}
+
+TEST(ProgressLine, FitsAnyWidth) {
+    const std::string words = "7 %, 12 of 12 compositions, 1,000 of 1,000 frames, 10:20 left";
+    for (int columns : {120, 80, 79}) {
+        const std::string line = headless::cli::progressLine(7, words.substr(3), columns);
+        EXPECT_LE(line.size(), static_cast<std::size_t>(columns));
+        EXPECT_TRUE(line.starts_with("[") && line.ends_with("]   " + words)) << line;
+    }
+    EXPECT_EQ(headless::cli::progressLine(7, words.substr(3), 70), words);
+}
+
+TEST_F(Names, TheProgramPrintsInOnePlace) {
+    int read = 0;
+    for (const auto& entry : fs::directory_iterator(KESTRIN_CLI_SOURCES)) {
+        const std::string name = entry.path().filename().string();
+        if (name == "Print.cpp" || name == "describe.cpp" || entry.is_directory()) {
+            continue;
+        }
+        ++read;
+        for (const char* way : {"std::cout", "std::cerr", "stdout", "stderr", "printable("}) {
+            const bool escapesForThePage = name == "ReportPage.cpp" && way == std::string("printable(");
+            EXPECT_TRUE(escapesForThePage || contentOf(entry.path()).find(way) == std::string::npos)
+                << name << " has its own " << way;
         }
     }
+    EXPECT_GT(read, 20);
 }
 
 }  // namespace

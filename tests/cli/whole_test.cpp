@@ -197,7 +197,8 @@ TEST_F(Whole, AnInterruptEndsTheBatchAndKeepsWhatIsDone) {
             ::kill(child, SIGINT);
         });
     EXPECT_EQ(cancelled.code, ExitCode::Cancelled) << cancelled.err;
-    EXPECT_THAT(cancelled.err, HasSubstr("cancelled"));
+    EXPECT_THAT(cancelled.err,
+                HasSubstr("cancelled at " + pathOf("b.json") + "; written before: " + pathOf("out/a.json")));
     EXPECT_FALSE(fs::exists(folder / "out/b.json"));
 }
 

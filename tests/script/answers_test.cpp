@@ -149,8 +149,8 @@ TEST_F(PreparedTest, OtherDialogsGoToWhomeverIsThere) {
     EXPECT_EQ(shown(both.next(sample(1, "Prepared"))), "press 7  -1");
     EXPECT_EQ(shown(both.next(sample(2))), "press 7  -1");
     EXPECT_EQ(both.unanswered(), std::nullopt);
-    both.next(sample(3));
-    EXPECT_TRUE(both.unanswered()->starts_with("the input ended before the dialog \"Settings\""));
+    EXPECT_EQ(shown(both.next(sample(3))), "close -1  -1");
+    EXPECT_NE(out.str().find("the input ended before the dialog was answered"), std::string::npos);
 }
 
 TEST(LineAnswersTest, PrintsTheDialogAndReadsOneStepALine) {
@@ -167,10 +167,10 @@ TEST(LineAnswersTest, PrintsTheDialogAndReadsOneStepALine) {
     EXPECT_EQ(done,
               "press 1  -1; type 2 two words -1; select 5  1; enter -1  -1; escape -1  -1; close -1  -1; ");
     const std::string first = out.str().substr(0, out.str().find("\n> ") + 1);
-    EXPECT_EQ(
-        first,
-        "== Settings ==\n  [ ] Padding\n  field 1: 10\n  Mode:?[2J?\n  list 1:\n      Ask\n    * Never, ever\n"
-        "list 2:\n    Ask\n    Mask 1\n< Save >\n< Help > (off)\n");
+    EXPECT_EQ(first,
+              "== Settings ==\n  [ ] Padding\n  field 1: 10\n  Mode:\\x1B[2J\\x9B\n  list 1:\n      Ask\n    * "
+              "Never, ever\n"
+              "list 2:\n    Ask\n    Mask 1\n< Save >\n< Help > (off)\n");
     EXPECT_NE(out.str().find("has no \"none\" in its list \"2\""), std::string::npos);
 }
 
