@@ -3,18 +3,24 @@ set(maintainer "The Kestrin developers <${KESTRIN_SUPPORT_ADDRESS}>")
 set(documents ${PROJECT_BINARY_DIR}/documents)
 set(doc share/doc/kestrin)
 
-# The licence in the form that packages state it in: indented, a dot for an empty line.
-file(STRINGS LICENSE licence)
-set(KESTRIN_LICENCE "")
-foreach(line IN LISTS licence)
-  if(line STREQUAL "")
-    set(line .)
-  endif()
-  if(line MATCHES "^Copyright \\(c\\) (.*)$")
-    set(KESTRIN_COPYRIGHT "${CMAKE_MATCH_1}")
-  endif()
-  string(APPEND KESTRIN_LICENCE " ${line}\n")
-endforeach()
+# A licence in the form that packages state it in: indented, a dot for an empty line.
+function(read_licence file text holder)
+  file(STRINGS ${file} lines)
+  set(licence "")
+  foreach(line IN LISTS lines)
+    if(line STREQUAL "")
+      set(line .)
+    endif()
+    if(line MATCHES "^Copyright \\(c\\) (.*)$")
+      set(${holder} "${CMAKE_MATCH_1}" PARENT_SCOPE)
+    endif()
+    string(APPEND licence " ${line}\n")
+  endforeach()
+  set(${text} "${licence}" PARENT_SCOPE)
+endfunction()
+read_licence(LICENSE KESTRIN_LICENCE KESTRIN_COPYRIGHT)
+# The renderer is compiled into the program.
+read_licence(${PROJECT_BINARY_DIR}/Headless/render/thorvg/package/LICENSE RENDERER_LICENCE RENDERER_COPYRIGHT)
 execute_process(COMMAND date --utc --rfc-email --date=${KESTRIN_DATE} OUTPUT_VARIABLE KESTRIN_LONG_DATE
                 OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 file(CONFIGURE OUTPUT ${documents}/copyright CONTENT
@@ -24,7 +30,17 @@ Upstream-Name: @PROJECT_NAME@
 Files: *
 Copyright: @KESTRIN_COPYRIGHT@
 License: Expat
-@KESTRIN_LICENCE@" @ONLY)
+@KESTRIN_LICENCE@
+Files: usr/bin/kestrin
+Copyright: @KESTRIN_COPYRIGHT@
+ @RENDERER_COPYRIGHT@ (the renderer, ThorVG)
+ 2018 WebAssembly Community Group participants (its runtime)
+License: Expat and renderer and Apache-2.0
+Comment: The program holds ThorVG, under the licence renderer, and the runtime of wasm2c, under Apache-2.0, whose text
+ is in /usr/share/common-licenses/Apache-2.0.
+
+License: renderer
+@RENDERER_LICENCE@" @ONLY)
 file(CONFIGURE OUTPUT ${documents}/changelog CONTENT
 "kestrin (@PROJECT_VERSION@) unstable; urgency=medium
 

@@ -270,13 +270,29 @@ std::string Project::write() const {
     return out;
 }
 
+// Ranges of text that are animated in random order, another in each player: the renderer ends in a fault where one
+// of them is empty.
+static void setInOrder(Json& text) {
+    if (const auto ranges = text.find("a"); text.is_object() && ranges != text.end() && ranges->is_array()) {
+        for (Json& range : *ranges) {
+            if (range.is_object() && range.contains("s") && range["s"].is_object()) {
+                range["s"]["rn"] = 0;
+            }
+        }
+    }
+}
+
 void Project::writeSeenLayers(const Comp& comp, std::string& out) const {
     out += '[';
     const char* separator = "";
     for (const LayerPtr& layer : comp.layers) {
         out += separator;
         separator = ",";
-        if (layer->slotted.any) {
+        if (layer->type == LayerType::Text) {
+            Json json = layerJson(*layer);
+            setInOrder(json["t"]);
+            out += json.dump();
+        } else if (layer->slotted.any) {
             out += layerJson(*layer).dump();
         } else if (layer->touched) {
             out += textOf(*layer);

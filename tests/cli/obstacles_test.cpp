@@ -115,24 +115,6 @@ TEST_F(Obstacles, PicturesThatAreTooLargeToDraw) {
     EXPECT_FALSE(fs::exists(pathOf("out.json")) || fs::exists(pathOf("out.png")));
 }
 
-// A stroke's dashes are a list `d`; of other shapes it says a direction, as a number.
-TEST_F(Obstacles, AListInThePlaceOfADirectionCountsForNothing) {
-    const auto drawn = [&](const Json& direction) {
-        Json json = Json::parse(project("Scene", {100, 80}).with(dotted(plainBox, plainColour)).text());
-        if (!direction.is_null()) {
-            json["layers"][0]["shapes"][0]["d"] = direction;
-        }
-        const Outcome outcome =
-            run({"render", write("in.json", json.dump()), "--frame", "0", "-o", pathOf("out.png")});
-        EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;
-        return contentOf(pathOf("out.png"));
-    };
-    const std::string plain = drawn(nullptr);
-    for (const char* wrong : {R"([{"n":"d","v":{"k":5}},{"n":"o","v":{"k":1}}])", "[3]", "{}", R"("x")"}) {
-        EXPECT_EQ(drawn(Json::parse(wrong)), plain) << wrong;
-    }
-}
-
 }  // namespace
 
 }  // namespace kestrin_test

@@ -111,7 +111,7 @@ INSTANTIATE_TEST_SUITE_P(, RealFiles,
                                          RealFile{"coins.json", true}, RealFile{"morph-search.json", true},
                                          RealFile{"starfish.json", true}, RealFile{"animation.json", true},
                                          RealFile{"banner.json", true}, RealFile{"background.json", false},
-                                         RealFile{"ripple.json", false}, RealFile{"adrock.json", false}),
+                                         RealFile{"adrock.json", false}),
                          [](const auto& file) { return wordOf(file.param.name); });
 
 // Moving masks, of a layer that shows the composition beside one without its mask.

@@ -179,7 +179,7 @@ struct Fails : Story {
             {"EmptyLayer", 25,
              [](Fails& story) {
                  story.openBrief({"Card"}, 0);
-                 story.layer("s", "Card").hidden = true;
+                 story.layer("s", "Card").position.value = {9000, 9000, 0};
              },
              command},
             {"NoLayerAtTheTime", 10, [](Fails& story) { story.openBrief({"Card"}, 3); }, command},
@@ -213,7 +213,8 @@ struct Fails : Story {
              50,
              [](Fails& story) {
                  story.openBrief({"Card"}, 0);
-                 story.layer("s", "Card").hidden = true;
+                 story.layer("s", "Card").position.value = {9000, 9000, 0};
+                 story.layer("s", "Card").touched = true;
                  story.choose(false, true);
              },
              command,
