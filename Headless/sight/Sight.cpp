@@ -1,0 +1,742 @@
+#include "sight/Sight.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <map>
+#include <span>
+
+#include "files/PictureFile.h"
+#include "sight/Expression.h"
+
+namespace headless::sight {
+
+namespace {
+
+using model::Json;
+
+const Json& member(const Json& json, std::string_view name) {
+    static const Json nothing;
+    const auto found = json.is_object() ? json.find(std::string(name)) : json.end();
+    return json.is_object() && found != json.end() ? *found : nothing;
+}
+
+bool isNumber(const Json& json, double number) {
+    return json.is_number() && json.get<double>() == number;
+}
+
+std::string text(const Json& json) {
+    return json.is_string() ? json.get<std::string>() : std::string();
+}
+
+struct Judge;
+
+// Whether the value is drawn. One that has been named in detail answers true.
+using Check = bool (*)(Judge& judge, const Json& value);
+
+struct Member {
+    std::string_view name;
+    Check check;
+    std::string_view what = {};  // for people, where the check fails
+    Kind kind = Kind::Other;
+};
+
+// An object of the format, and what it may have.
+struct Place {
+    std::string_view code;  // "transform"
+    std::string_view what;  // "transform"
+    Kind kind;
+    std::span<const Member> members;
+};
+
+struct Judge {
+    const model::Project& project;
+    const model::Comp& comp;
+    const std::set<std::string>& fonts;
+    const model::Layer* layer = nullptr;
+
+    bool miss(Kind kind, std::string code, std::string what) {
+        if (codes.emplace(layer->id, code).second) {
+            unseen.push_back({kind, std::move(code), layer->id, std::move(what)});
+        }
+        return true;
+    }
+
+    bool object(const Json& json, const Place& place) {
+        if (!json.is_object()) {
+            return miss(place.kind, std::string(place.code),
+                        "a " + std::string(place.what) + " of another form");
+        }
+        for (const auto& [name, value] : json.items()) {
+            const auto found = std::find_if(place.members.begin(), place.members.end(),
+                                            [&](const Member& each) { return each.name == name; });
+            if (found == place.members.end()) {
+                miss(place.kind, std::string(place.code) + "-unknown",
+                     "the unknown member \"" + name + "\" of its " + std::string(place.what));
+            } else if (!found->check(*this, value)) {
+                miss(found->kind == Kind::Other ? place.kind : found->kind,
+                     std::string(place.code) + "-" + std::string(found->name),
+                     !found->what.empty() ? std::string(found->what)
+                                          : "\"" + name + "\" of its " + std::string(place.what));
+            }
+        }
+        return true;
+    }
+
+    // Whole frames are what is looked at.
+    double fromFirstFrame(double frame) const { return frame - comp.firstFrame; }
+
+    std::vector<Unseen> unseen{};
+    std::set<std::pair<model::LayerId, std::string>> codes{};  // in it
+};
+
+// ---- Values ---------------------------------------------------------------------------------------------
+
+bool harmless(Judge&, const Json&) {
+    return true;
+}
+bool number(Judge&, const Json& value) {
+    return value.is_number();
+}
+bool whole(Judge&, const Json& value) {
+    return value.is_number_integer();
+}
+bool flag(Judge&, const Json& value) {
+    return value == Json(0) || value == Json(1);
+}
+bool off(Judge&, const Json& value) {
+    return value == Json(0) || value == Json(false);
+}
+bool truth(Judge&, const Json& value) {
+    return value.is_boolean();
+}
+bool words(Judge&, const Json& value) {
+    return value.is_string();
+}
+
+template <int first, int last>
+bool oneOf(Judge&, const Json& value) {
+    return value.is_number_integer() && value.get<std::int64_t>() >= first && value.get<std::int64_t>() <= last;
+}
+
+bool isVector(const Json& value, std::size_t least) {
+    return value.is_array() && value.size() >= least &&
+           std::all_of(value.begin(), value.end(), [](const Json& each) { return each.is_number(); });
+}
+
+bool isScalar(const Json& value) {
+    return value.is_number() || (isVector(value, 1) && value.size() == 1);
+}
+
+bool isPath(const Json& value) {
+    static const std::set<std::string> known{"v", "i", "o", "c"};
+    const Json& vertices = member(value, "v");
+    for (const char* list : {"v", "i", "o"}) {
+        const Json& points = member(value, list);
+        if (!points.is_array() || points.size() != vertices.size() ||
+            !std::all_of(points.begin(), points.end(), [](const Json& point) { return isVector(point, 2); })) {
+            return false;
+        }
+    }
+    return member(value, "c").is_boolean() &&
+           std::all_of(value.items().begin(), value.items().end(),
+                       [](const auto& each) { return known.contains(each.key()); });
+}
+
+// ---- Properties -----------------------------------------------------------------------------------------
+
+using Value = bool (*)(const Json& value);
+
+bool easing(Judge&, const Json& value) {
+    const auto isEase = [](const Json& json) { return isScalar(json) || isVector(json, 1); };
+    return value.is_object() && value.size() == 2 && isEase(member(value, "x")) && isEase(member(value, "y"));
+}
+bool tangent(Judge&, const Json& value) {
+    return value.is_null() || isVector(value, 2);
+}
+
+constexpr Member keyMembers[] = {
+    {"t", number},   {"s", harmless}, {"e", harmless}, {"h", flag},
+    {"i", easing},   {"o", easing},   {"n", harmless},  // names the easing
+    {"to", tangent}, {"ti", tangent},
+};
+constexpr Place keyPlace{"keyframe", "keyframe", Kind::Other, keyMembers};
+
+const Json& startOf(const Json& keys, std::size_t i) {
+    const Json& start = member(keys[i], "s");
+    return !start.is_null() || i == 0 ? start : member(keys[i - 1], "e");
+}
+
+// Something happens between two whole frames and is over at the next.
+bool showsBetweenFrames(const Judge& judge, const Json& keys) {
+    for (std::size_t i = 1; i + 1 < keys.size(); ++i) {
+        const auto at = [&](std::size_t key) {
+            return judge.fromFirstFrame(member(keys[key], "t").get<double>());
+        };
+        const double before = std::floor(at(i));
+        if (at(i) != before && at(i - 1) >= before && at(i + 1) <= before + 1) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool keyframes(Judge& judge, const Json& keys, Value isValue) {
+    bool drawn = true;
+    double last = -std::numeric_limits<double>::infinity();
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        judge.object(keys[i], keyPlace);
+        const Json& time = member(keys[i], "t");
+        if (!time.is_number() || time.get<double>() < last) {
+            return false;
+        }
+        last = time.get<double>();
+        const auto isKeyValue = [&](const Json& value) {
+            return isValue(value) ||
+                   (value.is_array() && value.size() == 1 && value[0].is_object() && isValue(value[0]));
+        };
+        const bool isLast = i + 1 == keys.size();
+        const Json& end = member(keys[i], "e");
+        drawn = drawn && isKeyValue(startOf(keys, i)) && (end.is_null() || isKeyValue(end)) &&
+                (isLast || member(keys[i], "h") == Json(1) || keys[i].contains("o"));
+        drawn = drawn && keys[i].contains("o") == keys[i].contains("i");
+    }
+    if (drawn && showsBetweenFrames(judge, keys)) {
+        judge.miss(Kind::Time, "between-frames", "a change that shows only between whole frames");
+    }
+    return drawn;
+}
+
+enum class Matters { Geometry, Colour };
+
+bool property(Judge& judge, const Json& json, Value isValue, Matters matters = Matters::Geometry) {
+    if (!json.is_object()) {
+        return false;
+    }
+    for (const auto& [name, value] : json.items()) {
+        if (name == "x" && value.is_string()) {
+            if (matters == Matters::Geometry && !isDrawn(value.get<std::string>())) {
+                judge.miss(Kind::Expressions, "expression", "an expression");
+            }
+        } else if (name != "a" && name != "k" && name != "ix" && name != "l" && name != "sid" && name != "nm" &&
+                   name != "mn") {
+            return false;
+        }
+    }
+    const Json& k = member(json, "k");
+    if (k.is_array() && !k.empty() && k[0].is_object() && k[0].contains("t")) {
+        return keyframes(judge, k, isValue);
+    }
+    return !isNumber(member(json, "a"), 1) && isValue(k);
+}
+
+bool scalar(Judge& judge, const Json& json) {
+    return property(judge, json, isScalar);
+}
+bool point(Judge& judge, const Json& json) {
+    return property(judge, json, [](const Json& value) { return isVector(value, 2); });
+}
+bool colour(Judge& judge, const Json& json) {
+    return property(
+        judge, json, [](const Json& value) { return isVector(value, 3); }, Matters::Colour);
+}
+bool path(Judge& judge, const Json& json) {
+    return property(judge, json, isPath);
+}
+bool closedPath(Judge& judge, const Json& json) {
+    return property(judge, json,
+                    [](const Json& value) { return isPath(value) && member(value, "c") == Json(true); });
+}
+bool zero(Judge& judge, const Json& json) {
+    return property(judge, json, [](const Json& value) {
+        return isNumber(value, 0) ||
+               (isVector(value, 1) &&
+                std::all_of(value.begin(), value.end(), [](const Json& each) { return isNumber(each, 0); }));
+    });
+}
+bool size(Judge& judge, const Json& json) {
+    return property(judge, json, [](const Json& value) {
+        return isVector(value, 2) && value[0].get<double>() >= 0 && value[1].get<double>() >= 0;
+    });
+}
+bool notNegative(Judge& judge, const Json& json) {
+    return property(judge, json, [](const Json& value) {
+        return isScalar(value) && (value.is_array() ? value[0] : value).get<double>() >= 0;
+    });
+}
+bool wholeCount(Judge& judge, const Json& json) {
+    return property(judge, json,
+                    [](const Json& value) {
+                        if (!isScalar(value)) {
+                            return false;
+                        }
+                        const double count = (value.is_array() ? value[0] : value).get<double>();
+                        return count >= 0 && count == std::floor(count);
+                    }) &&
+           !isNumber(member(json, "a"), 1);
+}
+bool hundred(Judge& judge, const Json& json) {
+    return property(judge, json, [](const Json& value) {
+        return isScalar(value) && isNumber(value.is_array() ? value[0] : value, 100);
+    });
+}
+
+constexpr Member separatedMembers[] = {
+    {"s", truth},     {"x", scalar},   {"y", scalar}, {"z", zero, "a depth", Kind::ThreeD},
+    {"ix", harmless}, {"l", harmless},
+};
+constexpr Place separatedPlace{"position", "separated position", Kind::Other, separatedMembers};
+
+bool position(Judge& judge, const Json& json) {
+    return member(json, "x").is_object() ? judge.object(json, separatedPlace) : point(judge, json);
+}
+
+// ---- Transforms -----------------------------------------------------------------------------------------
+
+constexpr Member layerTransformMembers[] = {
+    {"a", point},
+    {"p", position},
+    {"s", point},
+    {"r", scalar},
+    {"rz", scalar},
+    {"o", scalar},
+    {"sk", scalar},
+    {"sa", scalar},
+    {"rx", zero, "a turn in space", Kind::ThreeD},
+    {"ry", zero, "a turn in space", Kind::ThreeD},
+    {"or", zero, "a turn in space", Kind::ThreeD},
+    {"ix", harmless},
+    {"nm", harmless},
+    {"mn", harmless},
+};
+constexpr Place layerTransform{"transform", "transform", Kind::Other, layerTransformMembers};
+
+bool transform(Judge& judge, const Json& json) {
+    return judge.object(json, layerTransform);
+}
+
+constexpr Member groupTransformMembers[] = {
+    {"ty", words},  {"a", point},   {"p", point},     {"s", point},     {"r", scalar},    {"o", scalar},
+    {"sk", scalar}, {"sa", scalar}, {"nm", harmless}, {"mn", harmless}, {"ix", harmless}, {"hd", off},
+};
+constexpr Place groupTransform{"group-transform", "group's transform", Kind::Shapes, groupTransformMembers};
+
+constexpr Member copyTransformMembers[] = {
+    {"ty", words},
+    {"a", point},
+    {"p", point},
+    {"s", size},
+    {"r", scalar},
+    {"so", hundred, "copies that fade"},
+    {"eo", hundred, "copies that fade"},
+    {"nm", harmless},
+    {"mn", harmless},
+    {"ix", harmless},
+    {"hd", off},
+};
+constexpr Place copyTransform{"repeater-transform", "repeater's transform", Kind::Shapes, copyTransformMembers};
+
+bool copies(Judge& judge, const Json& json) {
+    return judge.object(json, copyTransform);
+}
+
+// ---- Shapes ---------------------------------------------------------------------------------------------
+
+bool items(Judge& judge, const Json& json);
+
+bool normal(Judge&, const Json& value) {
+    return isNumber(value, 0);
+}
+
+bool dashes(Judge& judge, const Json& json);
+
+bool gradientColours(Judge& judge, const Json& json) {
+    return json.is_object() && json.size() == 2 && json.begin().key() == "p" &&
+           member(json, "p").is_number_integer() &&
+           property(
+               judge, member(json, "k"), [](const Json& value) { return isVector(value, 4); }, Matters::Colour);
+}
+
+#define KESTRIN_ITEM                                                                                           \
+    {"ty", words}, {"nm", harmless}, {"mn", harmless}, {"ix", harmless}, {"ind", harmless}, {"cix", harmless}, \
+        {"np", harmless}, {"cl", harmless}, {"ln", harmless}, {                                                \
+        "hd", off, "a hidden shape", Kind::Shapes                                                              \
+    }
+
+constexpr Member groupMembers[] = {KESTRIN_ITEM, {"it", items}, {"bm", normal, "a blend mode of a group"}};
+constexpr Member rectangleMembers[] = {KESTRIN_ITEM,
+                                       {"d", oneOf<1, 3>},
+                                       {"p", point},
+                                       {"s", size, "a rectangle of negative size"},
+                                       {"r", notNegative}};
+constexpr Member ellipseMembers[] = {KESTRIN_ITEM,
+                                     {"d", oneOf<1, 3>},
+                                     {"p", point},
+                                     {"s", size, "an ellipse of negative size"},
+                                     {"closed", harmless}};
+constexpr Member pathMembers[] = {KESTRIN_ITEM, {"d", oneOf<1, 3>}, {"ks", path}};
+constexpr Member starMembers[] = {
+    KESTRIN_ITEM,        {"d", oneOf<1, 3>},  {"sy", oneOf<1, 1>, "a polygon"},
+    {"p", point},        {"r", scalar},       {"pt", wholeCount, "a star with parts of points"},
+    {"ir", notNegative}, {"or", notNegative}, {"is", scalar},
+    {"os", scalar}};
+constexpr Member fillMembers[] = {
+    KESTRIN_ITEM,
+    {"c", colour},
+    {"o", scalar},
+    {"r", oneOf<1, 2>},
+    {"bm", normal, "a blend mode of a fill"},
+    {"fillEnabled", [](Judge&, const Json& value) { return value == Json(true); }}};
+constexpr Member strokeMembers[] = {
+    KESTRIN_ITEM,
+    {"c", colour},
+    {"o", scalar},
+    {"w", notNegative},
+    {"lc", oneOf<1, 3>},
+    {"lj", oneOf<1, 3>},
+    {"ml", number},
+    {"ml2", harmless},
+    {"d", dashes, "dashes"},
+    {"bm", normal, "a blend mode of a stroke"},
+    {"fillEnabled", [](Judge&, const Json& value) { return value == Json(true); }}};
+constexpr Member gradientFillMembers[] = {KESTRIN_ITEM,       {"o", scalar},
+                                          {"r", oneOf<1, 2>}, {"g", gradientColours},
+                                          {"s", point},       {"e", point},
+                                          {"t", oneOf<1, 2>}, {"h", scalar},
+                                          {"a", scalar},      {"bm", normal, "a blend mode of a fill"}};
+constexpr Member gradientStrokeMembers[] = {KESTRIN_ITEM,
+                                            {"o", scalar},
+                                            {"g", gradientColours},
+                                            {"s", point},
+                                            {"e", point},
+                                            {"t", oneOf<1, 2>},
+                                            {"h", scalar},
+                                            {"a", scalar},
+                                            {"w", notNegative},
+                                            {"lc", oneOf<1, 3>},
+                                            {"lj", oneOf<1, 3>},
+                                            {"ml", number},
+                                            {"ml2", harmless},
+                                            {"d", dashes, "dashes"},
+                                            {"bm", normal, "a blend mode of a stroke"}};
+constexpr Member trimMembers[] = {KESTRIN_ITEM,
+                                  {"s", scalar},
+                                  {"e", scalar},
+                                  {"o", scalar},
+                                  {"m", oneOf<1, 1>, "shapes trimmed one after another"}};
+constexpr Member mergeMembers[] = {KESTRIN_ITEM, {"mm", oneOf<1, 5>}};  // players draw all of its shapes
+constexpr Member repeaterMembers[] = {KESTRIN_ITEM,
+                                      {"c", wholeCount, "parts of copies"},
+                                      {"o", wholeCount, "an offset of copies"},
+                                      {"m", oneOf<1, 1>, "copies below each other"},
+                                      {"tr", copies}};
+#undef KESTRIN_ITEM
+
+struct Item {
+    std::string_view type;
+    Place place;
+};
+constexpr Item itemTypes[] = {
+    {"gr", {"group", "group", Kind::Shapes, groupMembers}},
+    {"rc", {"rectangle", "rectangle", Kind::Shapes, rectangleMembers}},
+    {"el", {"ellipse", "ellipse", Kind::Shapes, ellipseMembers}},
+    {"sh", {"path", "path", Kind::Shapes, pathMembers}},
+    {"sr", {"star", "star", Kind::Shapes, starMembers}},
+    {"fl", {"fill", "fill", Kind::Shapes, fillMembers}},
+    {"st", {"stroke", "stroke", Kind::Shapes, strokeMembers}},
+    {"gf", {"gradient-fill", "gradient", Kind::Shapes, gradientFillMembers}},
+    {"gs", {"gradient-stroke", "gradient stroke", Kind::Shapes, gradientStrokeMembers}},
+    {"tm", {"trim", "trimmed path", Kind::Shapes, trimMembers}},
+    {"mm", {"merge", "merged path", Kind::Shapes, mergeMembers}},
+    {"rp", {"repeater", "repeater", Kind::Shapes, repeaterMembers}},
+    {"tr", groupTransform},
+};
+
+struct Name {
+    std::string_view code, what;
+};
+constexpr Name notDrawnItems[] = {
+    {"op", "an offset path"}, {"zz", "a zigzag"}, {"pb", "a pucker"},
+    {"rd", "round corners"},  {"tw", "a twist"},
+};
+
+template <class Names>
+std::string nameIn(const Names& names, std::string_view code, std::string otherwise) {
+    const auto found =
+        std::find_if(std::begin(names), std::end(names), [&](const auto& each) { return each.code == code; });
+    return found == std::end(names) ? std::move(otherwise) : std::string(found->what);
+}
+
+constexpr Member dashMembers[] = {{"n", words}, {"nm", harmless}, {"mn", harmless}, {"v", scalar}};
+constexpr Place dashPlace{"dash", "dash", Kind::Shapes, dashMembers};
+
+// A dash and a gap, and where they begin.
+bool dashes(Judge& judge, const Json& json) {
+    std::string order;
+    if (!json.is_array()) {
+        return false;
+    }
+    for (const Json& each : json) {
+        order += text(member(each, "n"));
+        judge.object(each, dashPlace);
+    }
+    return order.empty() || order == "dg" || order == "dgo" || order == "d";
+}
+
+// A gradient with neither length nor a far end is a point.
+bool isWithoutLength(const Json& item) {
+    return member(member(item, "s"), "k") == member(member(item, "e"), "k");
+}
+
+bool item(Judge& judge, const Json& json) {
+    const std::string type = text(member(json, "ty"));
+    const auto found = std::find_if(std::begin(itemTypes), std::end(itemTypes),
+                                    [&](const Item& each) { return each.type == type; });
+    if (found == std::end(itemTypes)) {
+        return judge.miss(Kind::Shapes, "shape-" + type,
+                          nameIn(notDrawnItems, type, "a shape of an unknown kind"));
+    }
+    judge.object(json, found->place);
+    if (type == "gf" || type == "gs") {
+        if (isWithoutLength(json)) {
+            judge.miss(Kind::Shapes, "gradient-point", "a gradient whose start is its end");
+        }
+        if (isNumber(member(json, "t"), 2) && json.contains("h") &&
+            !isNumber(member(member(json, "h"), "k"), 0)) {
+            judge.miss(Kind::Shapes, "gradient-highlight", "a gradient with a highlight");
+        }
+    }
+    if ((type == "st" || type == "gs") && isNumber(member(json, "lj"), 1) && !json.contains("ml")) {
+        judge.miss(Kind::Shapes, "miter-limit", "a mitre join without its limit");
+    }
+    return true;
+}
+
+bool items(Judge& judge, const Json& json) {
+    if (!json.is_array()) {
+        return false;
+    }
+    for (const Json& each : json) {
+        item(judge, each);
+    }
+    return true;
+}
+
+bool groupEnds(const Json& list) {
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        const Json& inner = member(list[i], "it");
+        if (inner.is_array() &&
+            (inner.empty() || text(member(inner.back(), "ty")) != "tr" || !groupEnds(inner))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool shapes(Judge& judge, const Json& json) {
+    if (!items(judge, json)) {
+        return false;
+    }
+    if (!groupEnds(json)) {
+        judge.miss(Kind::Shapes, "group-order", "a group whose transform is not its last item");
+    }
+    return true;
+}
+
+// ---- Masks and mattes -----------------------------------------------------------------------------------
+
+bool maskMode(Judge&, const Json& value) {
+    const std::string mode = text(value);
+    return mode == "a" || mode == "s" || mode == "i" || mode == "n";
+}
+
+constexpr Member maskMembers[] = {
+    {"mode", maskMode, "a mask of an unusual mode"},
+    {"inv", [](Judge&, const Json& value) { return value == Json(false); }, "an inverted mask"},
+    {"pt", closedPath, "an open mask"},
+    {"o", scalar},
+    {"x", zero, "a mask expansion"},
+    {"nm", harmless},
+    {"mn", harmless},
+    {"ix", harmless},
+    {"cl", harmless},
+};
+constexpr Place maskPlace{"mask", "mask", Kind::Masks, maskMembers};
+
+bool masks(Judge& judge, const Json& json) {
+    if (!json.is_array()) {
+        return false;
+    }
+    char last = 'a';
+    for (const Json& mask : json) {
+        judge.object(mask, maskPlace);
+        const std::string mode = text(member(mask, "mode"));
+        if (mode == "a" && last != 'a') {
+            judge.miss(Kind::Masks, "mask-order", "a mask added to others that are not");
+        }
+        last = mode == "n" || mode.empty() ? last : mode[0];
+    }
+    return true;
+}
+
+void matte(Judge& judge, const Json& json, const std::vector<Json>& layers, std::size_t place) {
+    if (!json.contains("tt") || isNumber(json["tt"], 0)) {
+        return;
+    }
+    const Json* source = place > 0 ? &layers[place - 1] : nullptr;
+    if (json.contains("tp")) {
+        const auto found = std::find_if(layers.begin(), layers.end(),
+                                        [&](const Json& each) { return member(each, "ind") == json["tp"]; });
+        source = found == layers.end() ? nullptr : &*found;
+    }
+    if (source == nullptr || !isNumber(member(*source, "td"), 1)) {
+        judge.miss(Kind::Mattes, "matte-source", "a matte without a layer that is marked as one");
+        return;
+    }
+    if (member(*source, "hd") == Json(true)) {
+        judge.miss(Kind::Mattes, "matte-hidden", "a hidden matte");
+    }
+    if (source->contains("tt") && !isNumber((*source)["tt"], 0)) {
+        judge.miss(Kind::Mattes, "matte-matted", "a matte that has a matte itself");
+    }
+}
+
+// ---- Effects --------------------------------------------------------------------------------------------
+
+constexpr Name effectNames[] = {
+    {"20", "a tint (effect)"},        {"21", "a fill (effect)"},
+    {"22", "a stroke (effect)"},      {"23", "a tritone (effect)"},
+    {"24", "levels (effect)"},        {"25", "a drop shadow (effect)"},
+    {"26", "a radial wipe (effect)"}, {"27", "a displacement map (effect)"},
+    {"28", "a matte (effect)"},       {"29", "a blur (effect)"},
+    {"30", "a twirl (effect)"},       {"31", "a mesh warp (effect)"},
+    {"32", "a wave (effect)"},        {"33", "a spherize (effect)"},
+    {"34", "a puppet (effect)"},      {"35", "a transform (effect)"},
+};
+
+bool effects(Judge& judge, const Json& json) {
+    if (!json.is_array()) {
+        return false;
+    }
+    for (const Json& effect : json) {
+        const Json& type = member(effect, "ty");
+        const Json& on = member(effect, "en");
+        if (isNumber(type, 5) || on == Json(0) || on == Json(false)) {
+            continue;  // controls for expressions, which draw nothing
+        }
+        const std::string code =
+            type.is_number_integer() ? std::to_string(type.get<std::int64_t>()) : "unknown";
+        judge.miss(Kind::Effects, "effect-" + code, nameIn(effectNames, code, "an unknown effect"));
+    }
+    return true;
+}
+
+bool styles(Judge& judge, const Json& json) {
+    return json == Json::array() || judge.miss(Kind::Styles, "styles", "layer styles");
+}
+
+// ---- Text -----------------------------------------------------------------------------------------------
+
+bool textData(Judge& judge, const Json&) {
+    return judge.miss(Kind::Text, "text", "text");
+}
+
+// ---- Layers ---------------------------------------------------------------------------------------------
+
+bool timeRemap(Judge& judge, const Json& json) {
+    return scalar(judge, json);
+}
+
+#define KESTRIN_LAYER                                                                                        \
+    {"ty", whole}, {"nm", harmless}, {"mn", harmless}, {"ix", harmless}, {"ind", whole}, {"parent", whole},  \
+        {"cl", harmless}, {"ln", harmless}, {"bounds", harmless}, {"np", harmless}, {"cix", harmless},       \
+        {"ddd", off, "a place in space (3D)", Kind::ThreeD}, {"sr", number}, {"st", number}, {"ip", number}, \
+        {"op", number}, {"ks", transform}, {"ao", off, "auto-orientation"}, {"bm", normal, "a blend mode"},  \
+        {"hd", truth}, {"td", flag, "a matte of another form", Kind::Mattes},                                \
+        {"tt", oneOf<0, 3>, "an inverted luma matte", Kind::Mattes}, {"tp", whole}, {"hasMask", truth},      \
+        {"masksProperties", masks}, {"ef", effects}, {"sy", styles}, {"ct", flag}, {                         \
+        "cp", off                                                                                            \
+    }
+
+constexpr Member useMembers[] = {
+    KESTRIN_LAYER, {"refId", words}, {"w", whole}, {"h", whole}, {"tm", timeRemap}};
+constexpr Member solidMembers[] = {KESTRIN_LAYER, {"sw", whole}, {"sh", whole}, {"sc", words}};
+constexpr Member imageMembers[] = {KESTRIN_LAYER, {"refId", words}};
+constexpr Member nullMembers[] = {KESTRIN_LAYER};
+constexpr Member shapeMembers[] = {KESTRIN_LAYER, {"shapes", shapes}};
+constexpr Member textMembers[] = {KESTRIN_LAYER, {"t", textData}};
+#undef KESTRIN_LAYER
+
+struct LayerKind {
+    int type;
+    Place place;
+};
+constexpr LayerKind layerKinds[] = {
+    {0, {"layer", "layer", Kind::Other, useMembers}},   {1, {"layer", "layer", Kind::Other, solidMembers}},
+    {2, {"layer", "layer", Kind::Other, imageMembers}}, {3, {"layer", "layer", Kind::Other, nullMembers}},
+    {4, {"layer", "layer", Kind::Other, shapeMembers}}, {5, {"layer", "layer", Kind::Other, textMembers}},
+};
+
+void time(Judge& judge, const Json& json) {
+    const Json& in = member(json, "ip");
+    const Json& out = member(json, "op");
+    if (in.is_number() && out.is_number()) {
+        const double first = std::ceil(judge.fromFirstFrame(in.get<double>()));
+        if (in.get<double>() < out.get<double>() && first >= judge.fromFirstFrame(out.get<double>())) {
+            judge.miss(Kind::Time, "between-frames", "a time that lies between whole frames");
+        }
+    }
+}
+
+void layer(Judge& judge, const std::vector<Json>& layers, std::size_t place) {
+    const Json& json = layers[place];
+    const Json& type = member(json, "ty");
+    if (type == Json(13)) {
+        judge.miss(Kind::ThreeD, "camera", "the view of a camera");
+        return;
+    }
+    if (type == Json(6)) {
+        return;  // sound
+    }
+    const auto found = std::find_if(std::begin(layerKinds), std::end(layerKinds),
+                                    [&](const LayerKind& each) { return type == Json(each.type); });
+    if (found == std::end(layerKinds)) {
+        judge.miss(Kind::Other, "layer-type", "a layer of an unknown kind");
+        return;
+    }
+    judge.object(json, found->place);
+    time(judge, json);
+    matte(judge, json, layers, place);
+    const Json& masksHere = member(json, "masksProperties");
+    if (masksHere.is_array() && !masksHere.empty() && member(json, "hasMask") != Json(true)) {
+        judge.miss(Kind::Masks, "mask-unmarked", "masks that it does not say it has");
+    }
+    if (found->type == 0 && !(json.contains("w") && json.contains("h"))) {
+        judge.miss(Kind::Other, "use-without-size", "a composition shown without its size");
+    }
+}
+
+}  // namespace
+
+std::string_view nameOf(Kind kind) {
+    constexpr std::string_view names[] = {"text",   "expressions", "effects", "styles", "3d",   "masks",
+                                          "mattes", "shapes",      "images",  "time",   "other"};
+    return names[static_cast<std::size_t>(kind)];
+}
+
+std::vector<Unseen> unseenIn(const model::Project& project, const model::Comp& comp,
+                             const std::set<std::string>& fonts) {
+    Judge judge{project, comp, fonts};
+    std::vector<Json> layers;
+    layers.reserve(comp.layers.size());
+    for (const model::LayerPtr& each : comp.layers) {
+        layers.push_back(project.layerJson(*each));
+    }
+    for (std::size_t i = 0; i < layers.size(); ++i) {
+        judge.layer = comp.layers[i].get();
+        layer(judge, layers, i);
+    }
+    return std::move(judge.unseen);
+}
+
+}  // namespace headless::sight
