@@ -1,8 +1,12 @@
 #include "cli/Verbs.h"
 
+#include <cmath>
+#include <filesystem>
+
 #include "archive/DotLottie.h"
 #include "cli/Supervisor.h"
 #include "cli/Text.h"
+#include "render/Renderer.h"
 
 namespace headless::cli {
 
@@ -16,7 +20,40 @@ void addReadingOptions(CLI::App& verb, ReadingOptions& options) {
         ->type_name("DIR");
     verb.add_option("--animation", options.animation, "Animation of a .lottie archive that holds several")
         ->type_name("ID");
+    verb.add_option(
+            "--fonts", options.fonts,
+            "Folder of the fonts that text is drawn in: \"Arial-Bold.ttf\" is the one that the file calls "
+            "\"Arial-Bold\"")
+        ->type_name("DIR");
+    verb.add_option("--frame-time", options.frameTime,
+                    "Processor time that one frame may take to draw (" + shortNumber(options.frameTime) + ")")
+        ->check(CLI::Range(0.1, 86'400.0).description(""))
+        ->type_name("SECONDS");
 }
+
+namespace {
+
+void setLimits(const ReadingOptions& options) {
+    render::Limits& limits = render::usualLimits();
+    limits.frameTime = std::chrono::milliseconds(std::llround(options.frameTime * 1000));
+    if (options.fonts.empty() || !limits.fonts.empty()) {
+        return;
+    }
+    constexpr std::uintmax_t largestFont = 64 << 20;
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(options.fonts, error)) {
+        const std::string ending = entry.path().extension().string();
+        if ((ending == ".ttf" || ending == ".otf") && entry.is_regular_file(error) &&
+            entry.file_size(error) <= largestFont) {
+            limits.fonts[entry.path().stem().string()] = model::bytesOf(entry.path());
+        }
+    }
+    if (limits.fonts.empty()) {
+        throw Stop(ExitCode::BadInput, "there is no font (.ttf, .otf) in the folder " + options.fonts);
+    }
+}
+
+}  // namespace
 
 void addVersions(CLI::App& verb, VersionsOptions& options, const std::string& example) {
     verb.add_option("BEFORE", options.before, "Lottie file or .lottie archive")->required()->type_name("");
@@ -41,10 +78,9 @@ void addMostFrames(CLI::App& verb, int& most) {
 void requireFrames(std::int64_t frames, int most) {
     if (frames > most) {
         const std::string file = workedOn();
-        throw Stop(ExitCode::BadInput, (file.empty() ? "" : file + ": ") + "there are " +
-                                           grouped(frames) + " frames to draw, and a command draws at most " +
-                                           grouped(most) + "; --most-frames " + std::to_string(frames) +
-                                           " allows it");
+        throw Stop(ExitCode::BadInput, (file.empty() ? "" : file + ": ") + "there are " + grouped(frames) +
+                                           " frames to draw, and a command draws at most " + grouped(most) +
+                                           "; --most-frames " + std::to_string(frames) + " allows it");
     }
 }
 
@@ -63,6 +99,7 @@ void addResolution(CLI::App& verb, std::string& word) {
 }
 
 std::unique_ptr<model::Project> openProject(const std::string& file, const ReadingOptions& options) {
+    setLimits(options);
     workOn(file);
     model::ReadOptions reading;
     if (!options.images.empty()) {

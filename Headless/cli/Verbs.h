@@ -29,12 +29,15 @@ void addReport(CLI::App& program, Action& action);
 
 // ---- What verbs have in common ----------------------------------------------------------------------
 
-constexpr int usualFrames = 500'000;  // that a command may draw
-constexpr int usualTimeout = 3'600;   // seconds
+constexpr int usualFrames = 500'000;   // that a command may draw
+constexpr int usualTimeout = 3'600;    // seconds
+constexpr double usualFrameTime = 20;  // seconds of the renderer's processor time
 
 struct ReadingOptions {
     std::string images;     // a folder
     std::string animation;  // id in an archive
+    std::string fonts;      // a folder
+    double frameTime = usualFrameTime;
 };
 
 void addProject(CLI::App& verb, std::string& file);

@@ -18,7 +18,7 @@ class Frames {
     // Makes the text for Renderer::prepare(); a large one is made for each worker anew.
     using MakeDocument = std::function<std::string()>;
 
-    explicit Frames(Limits limits = {}, int workers = usualWorkers());
+    explicit Frames(Limits limits = usualLimits(), int workers = usualWorkers());
 
     // Forgets the document before, and whatever is being drawn of it. `document` must stay callable until the
     // next call; of its frames only the first `frameCount` are drawn ahead.

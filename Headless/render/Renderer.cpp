@@ -149,6 +149,11 @@ struct Renderer::Worker {
     }
 };
 
+Limits& usualLimits() {
+    static Limits limits;
+    return limits;
+}
+
 Renderer::Renderer(Limits limits, Processors processors) : limits_(limits), processors_(processors) {}
 Renderer::~Renderer() = default;
 

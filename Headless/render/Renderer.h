@@ -30,9 +30,12 @@ struct Limits {
     std::map<std::string, std::string> fonts{};       // files, by the names that documents call them by
 };
 
+// For those that are made without limits of their own. The program's options set it before there is one.
+Limits& usualLimits();
+
 class Renderer {
  public:
-    explicit Renderer(Limits limits = {}, Processors processors = Processors::All);
+    explicit Renderer(Limits limits = usualLimits(), Processors processors = Processors::All);
     ~Renderer();
     Renderer(const Renderer&) = delete;
     Renderer& operator=(const Renderer&) = delete;

@@ -56,11 +56,11 @@ struct Fails : Story {
         preferences().setBool(section, "DeleteMask", true);
     }
     // As little as takes each command to its end: nothing is there from frame 3 on.
-    void openBrief(const std::vector<std::string>& selected, double frame) {
+    void openBrief(const std::vector<std::string>& selected, double frame, int contentAt = 0) {
         answers.answer("Kestrin Preferences", "Save");
         open(kestrin_test::project("Scene", {40, 30})
                  .with(precomp("Card", {40, 30})
-                           .with(solid("s", {20, 10}))
+                           .with(solid("s", {20, 10}).at({static_cast<double>(contentAt), 0}))
                            .masked({{1, 1}, {30, 1}, {30, 25}})
                            .shown(0, 3))
                  .with(solid("not a precomp", {10, 10}).shown(0, 3))
@@ -212,9 +212,7 @@ struct Fails : Story {
             {"DurationOfNothing",
              50,
              [](Fails& story) {
-                 story.openBrief({"Card"}, 0);
-                 story.layer("s", "Card").position.value = {9000, 9000, 0};
-                 story.layer("s", "Card").touched = true;
+                 story.openBrief({"Card"}, 0, 9000);
                  story.choose(false, true);
              },
              command,
