@@ -26,15 +26,13 @@ bool allowAll(scmp_filter_ctx filter) {
         return seccomp_rule_add_array(filter, SCMP_ACT_ALLOW, systemCall, 1, &condition) == 0;
     };
     for (const int systemCall :
-         {// its descriptors: the socket, the pixels, /proc/self/statm, and /dev/null for what it prints
-          SCMP_SYS(read), SCMP_SYS(write), SCMP_SYS(writev), SCMP_SYS(pread64), SCMP_SYS(recvfrom),
-          SCMP_SYS(sendto),
+         {// its descriptors: the socket, the pixels, and /dev/null for what it prints
+          SCMP_SYS(read), SCMP_SYS(write), SCMP_SYS(recvfrom), SCMP_SYS(sendto),
           // memory
           SCMP_SYS(brk), SCMP_SYS(munmap), SCMP_SYS(mremap), SCMP_SYS(madvise),
-          // its threads, which may only just begin, and the time where the system has no quicker way to tell it
-          SCMP_SYS(futex), SCMP_SYS(sched_yield), SCMP_SYS(restart_syscall), SCMP_SYS(clock_gettime),
-          SCMP_SYS(set_robust_list), SCMP_SYS(rseq), SCMP_SYS(gettid), SCMP_SYS(getpid),
-          SCMP_SYS(rt_sigprocmask), SCMP_SYS(rt_sigreturn),
+          // locks that nobody else holds, signals, and the time where the system has no quicker way to tell it
+          SCMP_SYS(futex), SCMP_SYS(restart_syscall), SCMP_SYS(clock_gettime), SCMP_SYS(gettid),
+          SCMP_SYS(getpid), SCMP_SYS(rt_sigprocmask), SCMP_SYS(rt_sigreturn),
           // its end
           SCMP_SYS(exit), SCMP_SYS(exit_group)}) {
         if (!allow(systemCall)) return false;
