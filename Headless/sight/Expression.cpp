@@ -159,22 +159,6 @@ class Arithmetic {
     const Reach& reach_;
 };
 
-bool keepsValue(const std::string& expression, std::optional<double> value, const Reach& reach) {
-    static const std::regex assignment(R"(^\s*var \$bm_rt;\s*\$bm_rt = ([^;]*);\s*$)");
-    std::smatch match;
-    if (!std::regex_match(expression, match, assignment)) {
-        return false;
-    }
-    const std::string right = match[1];
-    const std::optional<Line> line = Arithmetic(right, reach).result();
-    if (!line) {
-        return false;
-    }
-    const auto same = [](double a, double b) { return std::abs(a - b) <= 1e-6 * std::max(1.0, std::abs(b)); };
-    return (same(line->factor, 1) && same(line->offset, 0)) ||
-           (value && same(line->factor * *value + line->offset, *value));
-}
-
 // ---- What is answered as players do ---------------------------------------------------------------------
 
 // Each stands in a test that holds it against a player.
@@ -260,15 +244,28 @@ bool usesOnlyKnown(const std::string& text, bool hasOwnTime) {
 
 }  // namespace
 
-bool isDrawn(const std::string& expression, std::optional<double> value, const Reach& reach) {
+bool keepsValue(const std::string& expression, std::optional<double> value, const Reach& reach) {
     if (expression.size() > longest) {
         return false;
     }
-    if (keepsValue(expression, value, reach)) {
-        return true;
+    static const std::regex assignment(R"(^\s*var \$bm_rt;\s*\$bm_rt = ([^;]*);\s*$)");
+    std::smatch match;
+    if (!std::regex_match(expression, match, assignment)) {
+        return false;
     }
+    const std::string right = match[1];
+    const std::optional<Line> line = Arithmetic(right, reach).result();
+    if (!line) {
+        return false;
+    }
+    const auto same = [](double a, double b) { return std::abs(a - b) <= 1e-6 * std::max(1.0, std::abs(b)); };
+    return (same(line->factor, 1) && same(line->offset, 0)) ||
+           (value && same(line->factor * *value + line->offset, *value));
+}
+
+bool isDrawn(const std::string& expression, const Reach& reach) {
     std::string text = expression;
-    return withoutReads(text, reach) && usesOnlyKnown(text, reach.hasOwnTime);
+    return text.size() <= longest && withoutReads(text, reach) && usesOnlyKnown(text, reach.hasOwnTime);
 }
 
 }  // namespace headless::sight

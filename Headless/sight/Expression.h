@@ -20,8 +20,10 @@ struct Reach {
     bool hasOwnTime;                      // the renderer tells another time there
 };
 
-// Whether the renderer answers as players do, or the answer is what stands in the property anyway: `value`, or
-// nothing where the property changes.
-bool isDrawn(const std::string& expression, std::optional<double> value, const Reach& reach);
+// Whether the answer is what stands in the property anyway: `value`, or nothing where the property changes.
+bool keepsValue(const std::string& expression, std::optional<double> value, const Reach& reach);
+
+// Whether the renderer answers as players do.
+bool isDrawn(const std::string& expression, const Reach& reach);
 
 }  // namespace headless::sight

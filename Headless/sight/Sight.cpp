@@ -73,6 +73,7 @@ struct Judge {
                         "a " + std::string(place.what) + " of another form");
         }
         for (const auto& [name, value] : json.items()) {
+            inside = std::string(place.code) + "-" + name;
             const auto found = std::find_if(place.members.begin(), place.members.end(),
                                             [&](const Member& each) { return each.name == name; });
             if (found == place.members.end()) {
@@ -91,6 +92,7 @@ struct Judge {
     // Whole frames are what is looked at.
     double fromFirstFrame(double frame) const { return frame - comp.firstFrame; }
 
+    std::string inside{};  // the member that is judged
     std::vector<Unseen> unseen{};
     std::set<std::pair<model::LayerId, std::string>> codes{};  // in it
 };
@@ -190,8 +192,24 @@ bool showsBetweenFrames(const Judge& judge, const Json& keys) {
     return false;
 }
 
+// Players measure a curve in steps of their own, so that the layer is at other places at the same time.
+bool isCurved(const Json& key, const Json& start, const Json& end) {
+    for (const char* name : {"to", "ti"}) {
+        const Json& tangent = member(key, name);
+        if (isVector(tangent, 2) && isVector(start, 2) && isVector(end, 2)) {
+            const auto at = [](const Json& list, int axis) { return list[axis].get<double>(); };
+            const double x = at(end, 0) - at(start, 0), y = at(end, 1) - at(start, 1);
+            const double across = at(tangent, 0) * y - at(tangent, 1) * x;
+            if (std::abs(across) > 0.1 * std::max(1.0, x * x + y * y)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 bool keyframes(Judge& judge, const Json& keys, Value isValue) {
-    bool drawn = true;
+    bool drawn = keys.size() > 1;
     double last = -std::numeric_limits<double>::infinity();
     for (std::size_t i = 0; i < keys.size(); ++i) {
         judge.object(keys[i], keyPlace);
@@ -201,14 +219,21 @@ bool keyframes(Judge& judge, const Json& keys, Value isValue) {
         }
         last = time.get<double>();
         const auto isKeyValue = [&](const Json& value) {
-            return isValue(value) ||
-                   (value.is_array() && value.size() == 1 && value[0].is_object() && isValue(value[0]));
+            const bool isPathValue = value.is_array() && value.size() == 1 && value[0].is_object();
+            return value.is_array() && isValue(isPathValue ? value[0] : value) &&
+                   (!isPathValue || value[0]["v"].size() == startOf(keys, 0)[0]["v"].size());
         };
         const bool isLast = i + 1 == keys.size();
         const Json& end = member(keys[i], "e");
         drawn = drawn && isKeyValue(startOf(keys, i)) && (end.is_null() || isKeyValue(end)) &&
                 (isLast || member(keys[i], "h") == Json(1) || keys[i].contains("o"));
         drawn = drawn && keys[i].contains("o") == keys[i].contains("i");
+    }
+    for (std::size_t i = 0; drawn && i + 1 < keys.size(); ++i) {
+        const Json& end = member(keys[i], "e");
+        if (isCurved(keys[i], startOf(keys, i), end.is_null() ? startOf(keys, i + 1) : end)) {
+            judge.miss(Kind::Other, "curved-motion", "a movement along a curve");
+        }
     }
     if (drawn && showsBetweenFrames(judge, keys)) {
         judge.miss(Kind::Time, "between-frames", "a change that shows only between whole frames");
@@ -225,13 +250,42 @@ std::vector<Json> layersOf(const model::Project& project, const model::Comp& com
     return layers;
 }
 
+// Where the renderer runs them.
+const std::set<std::string, std::less<>> expressionsRun{
+    "transform-a",
+    "transform-p",
+    "transform-s",
+    "transform-r",
+    "transform-o",
+    "position-x",
+    "position-y",
+    "rectangle-s",
+    "rectangle-p",
+    "rectangle-r",
+    "ellipse-s",
+    "ellipse-p",
+    "star-or",
+    "stroke-w",
+    "fill-o",
+    "trim-e",
+    "trim-o",
+    "group-transform-a",
+    "group-transform-p",
+    "group-transform-s",
+    "group-transform-r",
+    "group-transform-o",
+    "layer-tm",
+};
+
 bool isDrawnExpression(Judge& judge, const std::string& expression, const Json& k) {
     if (judge.layersOfRoot.empty() && expression.find("comp(") != std::string::npos) {
         judge.layersOfRoot = layersOf(judge.project, judge.project.root());
     }
     const Reach reach{judge.layers[judge.at], judge.layers, judge.project.root().item->name, judge.layersOfRoot,
                       judge.hasOwnTime};
-    return isDrawn(expression, k.is_number() ? std::optional(k.get<double>()) : std::nullopt, reach);
+    const std::optional<double> value = k.is_number() ? std::optional(k.get<double>()) : std::nullopt;
+    return keepsValue(expression, value, reach) ||
+           (expressionsRun.contains(judge.inside) && isDrawn(expression, reach));
 }
 
 enum class Matters { Geometry, Colour };
@@ -541,6 +595,9 @@ bool item(Judge& judge, const Json& json) {
             judge.miss(Kind::Shapes, "gradient-highlight", "a gradient with a highlight");
         }
     }
+    if (member(json, "d").is_array() && !json["d"].empty() && !isNumber(member(json, "lc"), 2)) {
+        judge.miss(Kind::Shapes, "dash-caps", "dashes without round ends");
+    }
     if (type == "gr" && isPartlyClearGroup(json)) {
         judge.miss(Kind::Shapes, "group-opacity", "a group of several paints that is partly clear");
     }
@@ -553,6 +610,10 @@ bool item(Judge& judge, const Json& json) {
 bool items(Judge& judge, const Json& json) {
     if (!json.is_array()) {
         return false;
+    }
+    const auto isRepeater = [](const Json& each) { return text(member(each, "ty")) == "rp"; };
+    if (std::count_if(json.begin(), json.end(), isRepeater) > 1) {
+        judge.miss(Kind::Shapes, "repeater-twice", "copies of copies");
     }
     for (const Json& each : json) {
         item(judge, each);
@@ -874,6 +935,12 @@ bool timeRemap(Judge& judge, const Json& json) {
     return scalar(judge, json);
 }
 
+bool colourName(Judge&, const Json& value) {
+    const std::string name = text(value);
+    return name.size() == 7 && name[0] == '#' &&
+           name.find_first_not_of("0123456789abcdefABCDEF", 1) == std::string::npos;
+}
+
 #define KESTRIN_LAYER                                                                                        \
     {"ty", whole}, {"nm", harmless}, {"mn", harmless}, {"ix", harmless}, {"ind", whole}, {"parent", whole},  \
         {"cl", harmless}, {"ln", harmless}, {"bounds", harmless}, {"np", harmless}, {"cix", harmless},       \
@@ -887,7 +954,8 @@ bool timeRemap(Judge& judge, const Json& json) {
 
 constexpr Member useMembers[] = {
     KESTRIN_LAYER, {"refId", words}, {"w", whole}, {"h", whole}, {"tm", timeRemap}};
-constexpr Member solidMembers[] = {KESTRIN_LAYER, {"sw", whole}, {"sh", whole}, {"sc", words}};
+constexpr Member solidMembers[] = {
+    KESTRIN_LAYER, {"sw", whole}, {"sh", whole}, {"sc", colourName, "a solid whose colour is no #rrggbb"}};
 constexpr Member imageMembers[] = {KESTRIN_LAYER, {"refId", words}};
 constexpr Member nullMembers[] = {KESTRIN_LAYER};
 constexpr Member shapeMembers[] = {KESTRIN_LAYER, {"shapes", shapes}};
