@@ -178,6 +178,26 @@ const Json& startOf(const Json& keys, std::size_t i) {
     return !start.is_null() || i == 0 ? start : member(keys[i - 1], "e");
 }
 
+// Farther than before and after on one axis, and by much at the whole frames around it.
+bool isExtreme(const Json& keys, std::size_t i, double sinceFrame) {
+    constexpr double much = 5;  // pixels, degrees, percent
+    const Json &before = startOf(keys, i - 1), &here = startOf(keys, i), &after = startOf(keys, i + 1);
+    if (!isVector(before, 1) || before.size() != here.size() || before.size() != after.size()) {
+        return false;
+    }
+    const auto time = [&](std::size_t key) { return member(keys[key], "t").get<double>(); };
+    for (std::size_t axis = 0; axis < here.size(); ++axis) {
+        const double in = here[axis].get<double>() - before[axis].get<double>();
+        const double out = here[axis].get<double>() - after[axis].get<double>();
+        const double missed = std::min(std::abs(in) * sinceFrame / (time(i) - time(i - 1)),
+                                       std::abs(out) * (1 - sinceFrame) / (time(i + 1) - time(i)));
+        if (in * out > 0 && missed > much) {
+            return true;
+        }
+    }
+    return false;
+}
+
 // Something happens between two whole frames and is over at the next.
 bool showsBetweenFrames(const Judge& judge, const Json& keys) {
     for (std::size_t i = 1; i + 1 < keys.size(); ++i) {
@@ -185,7 +205,9 @@ bool showsBetweenFrames(const Judge& judge, const Json& keys) {
             return judge.fromFirstFrame(member(keys[key], "t").get<double>());
         };
         const double before = std::floor(at(i));
-        if (at(i) != before && at(i - 1) >= before && at(i + 1) <= before + 1) {
+        const bool isBetween = at(i) != before;
+        if (isBetween &&
+            ((at(i - 1) >= before && at(i + 1) <= before + 1) || isExtreme(keys, i, at(i) - before))) {
             return true;
         }
     }
@@ -193,6 +215,8 @@ bool showsBetweenFrames(const Judge& judge, const Json& keys) {
 }
 
 // Players measure a curve in steps of their own, so that the layer is at other places at the same time.
+constexpr double farOff = 10, strongly = 0.28;  // pixels off the straight line; parts of its length
+
 bool isCurved(const Json& key, const Json& start, const Json& end) {
     for (const char* name : {"to", "ti"}) {
         const Json& tangent = member(key, name);
@@ -200,7 +224,8 @@ bool isCurved(const Json& key, const Json& start, const Json& end) {
             const auto at = [](const Json& list, int axis) { return list[axis].get<double>(); };
             const double x = at(end, 0) - at(start, 0), y = at(end, 1) - at(start, 1);
             const double across = at(tangent, 0) * y - at(tangent, 1) * x;
-            if (std::abs(across) > 0.1 * std::max(1.0, x * x + y * y)) {
+            const double length = std::hypot(x, y);
+            if (std::abs(across) > std::max(farOff * length, strongly * length * length)) {
                 return true;
             }
         }
@@ -873,6 +898,10 @@ constexpr Member textMembersOfLayer[] = {
              const Json& style = member(key, "s");
              judge.object(style, stylePlace);
              const std::string font = text(member(style, "f"));
+             if (member(style, "tr").is_number() && !isNumber(style["tr"], 0) &&
+                 isNumber(member(style, "j"), 1)) {
+                 judge.miss(Kind::Text, "text-spaced", "spaced text set to the middle");
+             }
              if (!style.contains("fc")) {
                  judge.miss(Kind::Text, "text-outlined", "text without a fill");
              }

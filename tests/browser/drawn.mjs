@@ -73,10 +73,10 @@ const written = (s, t, more) => scene([layer(5, { ks: { p: still([10, 50, 0]) },
   glyph(" ", null, 30)], ...more });
 const range = (a) => [{ s: { t: 0, xe: still(0), ne: still(0), a: still(100), b: 1, rn: 0, sh: 1, r: 1 }, a }];
 
-const png = "data:image/png;base64,iVBORw0KGgoAAAANSUhEUgAAAAQAAAADCAIAAAA7ljmRAAAAGElEQVR4nGP4z8AARwz/GRgYGBjQRRkYAHivB/kYp0XJAAAAAElFTkSuQmCC";
+const png = "data:image/png;base64,iVBORw0KGgoAAAANSUhEUgAAAAQAAAADCAIAAAA7ljmRAAAAGklEQVR42mNg6Pj/v4MBiIAMBjgLRMJZQAQAaZgSVekL5QMAAAAASUVORK5CYII=";
 const svg = "data:image/svg+xml;base64,PHN2ZyB4bWxucz0iaHR0cDovL3d3dy53My5vcmcvMjAwMC9zdmciIHdpZHRoPSI0MCIgaGVpZ2h0PSIzMCIvPg==";
 const pictured = (asset, more) => scene([layer(2, { refId: "i", ...more })],
-  { assets: [{ id: "i", w: 40, h: 30, u: "", e: 1, p: png, ...asset }] });
+  { assets: [{ id: "i", w: 4, h: 3, u: "", e: 1, p: png, ...asset }] });
 
 export const drawn = {
   // Layers
@@ -186,7 +186,8 @@ export const drawn = {
   "effect that is off": effect(25, [[2, [0, 0, 0, 1]], [0, 180], [0, 135], [0, 10], [0, 8]], { en: 0 }),
   // Text
   "text": written(),
-  "text in the middle": written({ j: 1, tr: 100, ls: 5, t: "A B" }),
+  "text in the middle": written({ j: 1, ls: 5, t: "A B" }),
+  "spaced text": written({ tr: 100 }),
   "text at the end": written({ j: 2, s: 37.5 }),
   "lines of text": written({ t: "AB\rBA" }),
   "text with outline": written({ sc: [1, 0, 0], sw: 2, of: true }),
@@ -194,8 +195,8 @@ export const drawn = {
   "other text later": animated(written({}, { d: { k: ["AB", "BA"].map((t, i) => ({ t: 4 * i, s: { s: 20 + 10 * i,
     f: "F-Regular", t, j: 0, tr: 0, lh: 24, ls: 0, fc: [0.2, 0.4, 0.9] } })) } })),
   // Pictures
-  "picture": pictured(),
-  "picture of twice the size": pictured({ w: 80, h: 60 }),
+  "picture": pictured({}, { ks: { s: still([1000, 1000, 100]) } }),
+  "larger picture": pictured({ w: 80, h: 60 }, { ks: { p: still([10, 10, 0]) } }),
 };
 
 // Drawn where it is, in other colours.
@@ -259,6 +260,7 @@ export const notDrawn = {
   "styles": scene([solid({ sy: [{ ty: 1 }] })]),
   "text-without-font": written({ t: "AC" }),
   "text-outlined": written({ fc: undefined, sc: [1, 0, 0], sw: 2 }),
+  "text-spaced": written({ tr: 100, j: 1 }),
   "text-unknown": written({ sz: [60, 60], ps: [0, -20] }),
   "text-a": written({}, { a: range({ r: still(30) }) }),
   "text-p": written({}, { p: { m: 0 } }),

@@ -70,6 +70,9 @@ function preparePage() {
     const animationData = JSON.parse(document_);
     const player = lottie.loadAnimation({ container: document.body.appendChild(document.createElement("div")),
       renderer: "svg", autoplay: false, loop: false, animationData });
+    if (animationData.assets.some(({ p }) => p)) {
+      await new Promise((done) => player.addEventListener("loaded_images", done));
+    }
     const results = [];
     for (const [frame, picture] of frames) {
       player.goToAndStop(frame, true);
