@@ -215,7 +215,7 @@ bool showsBetweenFrames(const Judge& judge, const Json& keys) {
 }
 
 // Players measure a curve in steps of their own, so that the layer is at other places at the same time.
-constexpr double farOff = 10, strongly = 0.28;  // pixels off the straight line; parts of its length
+constexpr double farOff = 15, strongly = 0.28;  // pixels off the straight line; parts of its length
 
 bool isCurved(const Json& key, const Json& start, const Json& end) {
     for (const char* name : {"to", "ti"}) {
@@ -905,7 +905,8 @@ constexpr Member textMembersOfLayer[] = {
              if (!style.contains("fc")) {
                  judge.miss(Kind::Text, "text-outlined", "text without a fill");
              }
-             if (!judge.fonts.contains(font) && !hasGlyphs(judge, font, text(member(style, "t")))) {
+             const bool isGiven = member(shell(judge), "chars").empty() && judge.fonts.contains(font);
+             if (!isGiven && !hasGlyphs(judge, font, text(member(style, "t")))) {
                  judge.miss(Kind::Text, "text-without-font", "text whose font is not given");
              }
          }
@@ -1077,7 +1078,8 @@ std::vector<Unseen> unseenIn(const model::Project& project, const model::Comp& c
                              const std::set<std::string>& fonts) {
     Judge judge{project, comp, fonts};
     judge.layers = layersOf(project, comp);
-    judge.hasOwnTime = &comp != &project.root() && runsOtherwise(project);
+    judge.hasOwnTime = comp.firstFrame != 0 || project.root().firstFrame != 0 ||
+                       (&comp != &project.root() && runsOtherwise(project));
     for (std::size_t i = 0; i < judge.layers.size(); ++i) {
         judge.at = i;
         judge.layer = comp.layers[i].get();
