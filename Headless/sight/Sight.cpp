@@ -233,6 +233,11 @@ bool isCurved(const Json& key, const Json& start, const Json& end) {
     return false;
 }
 
+// Two paths, each in a list of its own.
+bool isSameLength(const Json& path, const Json& other) {
+    return other.is_array() && !other.empty() && member(path[0], "v").size() == member(other[0], "v").size();
+}
+
 bool keyframes(Judge& judge, const Json& keys, Value isValue) {
     bool drawn = keys.size() > 1;
     double last = -std::numeric_limits<double>::infinity();
@@ -246,7 +251,7 @@ bool keyframes(Judge& judge, const Json& keys, Value isValue) {
         const auto isKeyValue = [&](const Json& value) {
             const bool isPathValue = value.is_array() && value.size() == 1 && value[0].is_object();
             return value.is_array() && isValue(isPathValue ? value[0] : value) &&
-                   (!isPathValue || value[0]["v"].size() == startOf(keys, 0)[0]["v"].size());
+                   (!isPathValue || isSameLength(value, startOf(keys, 0)));
         };
         const bool isLast = i + 1 == keys.size();
         const Json& end = member(keys[i], "e");
