@@ -215,7 +215,7 @@ bool showsBetweenFrames(const Judge& judge, const Json& keys) {
 }
 
 // Players measure a curve in steps of their own, so that the layer is at other places at the same time.
-constexpr double farOff = 10, strongly = 0.28;  // pixels off the straight line; parts of its length
+constexpr double farOff = 15, strongly = 0.28;  // pixels off the straight line; parts of its length
 
 bool isCurved(const Json& key, const Json& start, const Json& end) {
     for (const char* name : {"to", "ti"}) {
@@ -233,6 +233,11 @@ bool isCurved(const Json& key, const Json& start, const Json& end) {
     return false;
 }
 
+// Two paths, each in a list of its own.
+bool isSameLength(const Json& path, const Json& other) {
+    return other.is_array() && !other.empty() && member(path[0], "v").size() == member(other[0], "v").size();
+}
+
 bool keyframes(Judge& judge, const Json& keys, Value isValue) {
     bool drawn = keys.size() > 1;
     double last = -std::numeric_limits<double>::infinity();
@@ -246,7 +251,7 @@ bool keyframes(Judge& judge, const Json& keys, Value isValue) {
         const auto isKeyValue = [&](const Json& value) {
             const bool isPathValue = value.is_array() && value.size() == 1 && value[0].is_object();
             return value.is_array() && isValue(isPathValue ? value[0] : value) &&
-                   (!isPathValue || value[0]["v"].size() == startOf(keys, 0)[0]["v"].size());
+                   (!isPathValue || isSameLength(value, startOf(keys, 0)));
         };
         const bool isLast = i + 1 == keys.size();
         const Json& end = member(keys[i], "e");
@@ -905,7 +910,8 @@ constexpr Member textMembersOfLayer[] = {
              if (!style.contains("fc")) {
                  judge.miss(Kind::Text, "text-outlined", "text without a fill");
              }
-             if (!judge.fonts.contains(font) && !hasGlyphs(judge, font, text(member(style, "t")))) {
+             const bool isGiven = member(shell(judge), "chars").empty() && judge.fonts.contains(font);
+             if (!isGiven && !hasGlyphs(judge, font, text(member(style, "t")))) {
                  judge.miss(Kind::Text, "text-without-font", "text whose font is not given");
              }
          }
@@ -1077,7 +1083,8 @@ std::vector<Unseen> unseenIn(const model::Project& project, const model::Comp& c
                              const std::set<std::string>& fonts) {
     Judge judge{project, comp, fonts};
     judge.layers = layersOf(project, comp);
-    judge.hasOwnTime = &comp != &project.root() && runsOtherwise(project);
+    judge.hasOwnTime = comp.firstFrame != 0 || project.root().firstFrame != 0 ||
+                       (&comp != &project.root() && runsOtherwise(project));
     for (std::size_t i = 0; i < judge.layers.size(); ++i) {
         judge.at = i;
         judge.layer = comp.layers[i].get();

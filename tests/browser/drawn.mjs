@@ -89,6 +89,7 @@ export const drawn = {
   "parents": scene([solid({ parent: 2, ks: { p: still([10, 10, 0]) } }),
     { ...layer(3, { ks: { p: still([20, 20, 0]), r: still(20), o: still(10) } }), ind: 2 }]),
   "in and out": animated(scene([solid({ ip: 3, op: 6 })])),
+  "first frame": animated(scene([mover], { ip: 2 }), [0, 3, 5]),
   "hidden": scene([solid({ hd: true }), { ...solid({ sw: 20 }), ind: 2 }]),
   "partly clear shapes": shapes([rectangle(), fill({ o: still(50) })], { ks: { o: still(40) } }),
   "start of a layer": animated(scene([solid({ st: 3, sr: 2, ks: { p: moving([0, [0, 0, 0]], [9, [40, 50, 0]]) } })])),
