@@ -103,8 +103,8 @@ struct Layer : LayerData {
     RareList<Layer*> children;
     MaskList masks;
 
-    std::string_view text;           // in the file; empty for a layer that came later
-    bool touched = false;  // something may differ from the text
+    std::string_view text;  // in the file; empty for a layer that came later
+    bool touched = false;   // something may differ from the text
     SlottedParts slotted;
 };
 
@@ -181,14 +181,17 @@ class Project {
     std::string write() const;
     bool differsFromText() const;
 
-    // A document that shows one composition from its first frame to its last: the composition is the root, in the top
-    // left corner of a canvas at least as large; what it does not reach is left out, and pictures are inside.
+    // A document that shows one composition from its first frame to its last: the composition is the root, in
+    // the top left corner of a canvas at least as large; what it does not reach is left out, and pictures are
+    // inside.
     std::string documentOf(const Comp& comp, Size canvas) const;
 
     // The pictures that the document takes from elsewhere.
     std::vector<std::string> outerPictures() const;
     // Throws ProjectError.
     std::string pictureContent(const std::string& picture) const;
+    // Whether both have the same pictures, inside and from elsewhere. Throws ProjectError.
+    bool samePictures(const Project& other) const;
 
     // A layer's object as it would be written now, but with what the slots say in its places.
     Json layerJson(const Layer& layer) const;

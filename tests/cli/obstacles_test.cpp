@@ -116,20 +116,16 @@ TEST_F(Obstacles, PicturesThatAreTooLargeToDraw) {
 }
 
 // A stroke's dashes are a list `d`; of other shapes it says a direction, as a number.
-TEST_F(Obstacles, AListInThePlaceOfADirectionCountsForNothing) {
-    const auto drawn = [&](const Json& direction) {
-        Json json = Json::parse(project("Scene", {100, 80}).with(dotted(plainBox, plainColour)).text());
-        if (!direction.is_null()) {
-            json["layers"][0]["shapes"][0]["d"] = direction;
-        }
-        const Outcome outcome =
-            run({"render", write("in.json", json.dump()), "--frame", "0", "-o", pathOf("out.png")});
-        EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;
-        return contentOf(pathOf("out.png"));
-    };
-    const std::string plain = drawn(nullptr);
+TEST_F(Obstacles, AListInThePlaceOfADirectionIsNotKnownToBeDrawn) {
     for (const char* wrong : {R"([{"n":"d","v":{"k":5}},{"n":"o","v":{"k":1}}])", "[3]", "{}", R"("x")"}) {
-        EXPECT_EQ(drawn(Json::parse(wrong)), plain) << wrong;
+        LayerSpec dot = dotted(plainBox, plainColour);
+        dot.json_["shapes"][0]["d"] = Json::parse(wrong);
+        const Json scene = Json::parse(
+            project("Scene", {200, 100}).with(precomp("Card", {200, 100}).with(std::move(dot))).text());
+        const Crops crops = crop(scene);
+        EXPECT_EQ(crops.all.code, ExitCode::NothingToDo) << wrong << crops.all.err;
+        EXPECT_THAT(crops.all.out, HasSubstr("\"Dot\" in \"Card\" has")) << wrong;
+        EXPECT_THAT(crops.one.err, HasSubstr("warning: \"Dot\" in \"Card\" has")) << wrong;
     }
 }
 
