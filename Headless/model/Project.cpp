@@ -64,6 +64,13 @@ void Project::setAlive(LayerId id, Layer* layer) {
     layers_[id] = layer;
 }
 
+const Json* Project::pictureAsset(const std::string& id) const {
+    const auto found = std::find_if(assets_.begin(), assets_.end(), [&](const Asset& asset) {
+        return asset.comp == 0 && assetIdOf(asset.json) == id;
+    });
+    return found == assets_.end() ? nullptr : &found->json;
+}
+
 std::string Project::newAssetId(const std::string& wish) const {
     std::set<std::string> taken;
     for (const Asset& asset : assets_) {

@@ -193,6 +193,9 @@ class Project {
     // Whether both have the same pictures, inside and from elsewhere. Throws ProjectError.
     bool samePictures(const Project& other) const;
 
+    // What the asset of that name says, where it is a picture; null where there is none.
+    const Json* pictureAsset(const std::string& id) const;
+
     // A layer's object as it would be written now, but with what the slots say in its places.
     Json layerJson(const Layer& layer) const;
 

@@ -6,8 +6,8 @@
 #include <map>
 #include <span>
 
-#include "files/PictureFile.h"
 #include "sight/Expression.h"
+#include "sight/Picture.h"
 
 namespace headless::sight {
 
@@ -53,6 +53,11 @@ struct Judge {
     const model::Project& project;
     const model::Comp& comp;
     const std::set<std::string>& fonts;
+    std::vector<Json> layers{};        // of the composition, topmost first
+    std::vector<Json> layersOfRoot{};  // once they are asked for
+    bool hasOwnTime = false;           // what is shown of the composition starts or runs otherwise
+    Json shell{};                      // the root's members without layers, once it is asked for
+    std::size_t at = 0;                // place of the layer that is judged
     const model::Layer* layer = nullptr;
 
     bool miss(Kind kind, std::string code, std::string what) {
@@ -68,6 +73,7 @@ struct Judge {
                         "a " + std::string(place.what) + " of another form");
         }
         for (const auto& [name, value] : json.items()) {
+            inside = std::string(place.code) + "-" + name;
             const auto found = std::find_if(place.members.begin(), place.members.end(),
                                             [&](const Member& each) { return each.name == name; });
             if (found == place.members.end()) {
@@ -86,6 +92,7 @@ struct Judge {
     // Whole frames are what is looked at.
     double fromFirstFrame(double frame) const { return frame - comp.firstFrame; }
 
+    std::string inside{};  // the member that is judged
     std::vector<Unseen> unseen{};
     std::set<std::pair<model::LayerId, std::string>> codes{};  // in it
 };
@@ -138,7 +145,8 @@ bool isPath(const Json& value) {
             return false;
         }
     }
-    return member(value, "c").is_boolean() &&
+    const Json& closed = member(value, "c");
+    return (closed.is_null() || closed.is_boolean()) &&
            std::all_of(value.items().begin(), value.items().end(),
                        [](const auto& each) { return known.contains(each.key()); });
 }
@@ -147,8 +155,11 @@ bool isPath(const Json& value) {
 
 using Value = bool (*)(const Json& value);
 
+// The same for both axes; that of the third changes nothing.
 bool easing(Judge&, const Json& value) {
-    const auto isEase = [](const Json& json) { return isScalar(json) || isVector(json, 1); };
+    const auto isEase = [](const Json& json) {
+        return json.is_number() || (isVector(json, 1) && (json.size() == 1 || json[0] == json[1]));
+    };
     return value.is_object() && value.size() == 2 && isEase(member(value, "x")) && isEase(member(value, "y"));
 }
 bool tangent(Judge&, const Json& value) {
@@ -167,6 +178,26 @@ const Json& startOf(const Json& keys, std::size_t i) {
     return !start.is_null() || i == 0 ? start : member(keys[i - 1], "e");
 }
 
+// Farther than before and after on one axis, and by much at the whole frames around it.
+bool isExtreme(const Json& keys, std::size_t i, double sinceFrame) {
+    constexpr double much = 5;  // pixels, degrees, percent
+    const Json &before = startOf(keys, i - 1), &here = startOf(keys, i), &after = startOf(keys, i + 1);
+    if (!isVector(before, 1) || before.size() != here.size() || before.size() != after.size()) {
+        return false;
+    }
+    const auto time = [&](std::size_t key) { return member(keys[key], "t").get<double>(); };
+    for (std::size_t axis = 0; axis < here.size(); ++axis) {
+        const double in = here[axis].get<double>() - before[axis].get<double>();
+        const double out = here[axis].get<double>() - after[axis].get<double>();
+        const double missed = std::min(std::abs(in) * sinceFrame / (time(i) - time(i - 1)),
+                                       std::abs(out) * (1 - sinceFrame) / (time(i + 1) - time(i)));
+        if (in * out > 0 && missed > much) {
+            return true;
+        }
+    }
+    return false;
+}
+
 // Something happens between two whole frames and is over at the next.
 bool showsBetweenFrames(const Judge& judge, const Json& keys) {
     for (std::size_t i = 1; i + 1 < keys.size(); ++i) {
@@ -174,15 +205,36 @@ bool showsBetweenFrames(const Judge& judge, const Json& keys) {
             return judge.fromFirstFrame(member(keys[key], "t").get<double>());
         };
         const double before = std::floor(at(i));
-        if (at(i) != before && at(i - 1) >= before && at(i + 1) <= before + 1) {
+        const bool isBetween = at(i) != before;
+        if (isBetween &&
+            ((at(i - 1) >= before && at(i + 1) <= before + 1) || isExtreme(keys, i, at(i) - before))) {
             return true;
         }
     }
     return false;
 }
 
+// Players measure a curve in steps of their own, so that the layer is at other places at the same time.
+constexpr double farOff = 10, strongly = 0.28;  // pixels off the straight line; parts of its length
+
+bool isCurved(const Json& key, const Json& start, const Json& end) {
+    for (const char* name : {"to", "ti"}) {
+        const Json& tangent = member(key, name);
+        if (isVector(tangent, 2) && isVector(start, 2) && isVector(end, 2)) {
+            const auto at = [](const Json& list, int axis) { return list[axis].get<double>(); };
+            const double x = at(end, 0) - at(start, 0), y = at(end, 1) - at(start, 1);
+            const double across = at(tangent, 0) * y - at(tangent, 1) * x;
+            const double length = std::hypot(x, y);
+            if (std::abs(across) > std::max(farOff * length, strongly * length * length)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 bool keyframes(Judge& judge, const Json& keys, Value isValue) {
-    bool drawn = true;
+    bool drawn = keys.size() > 1;
     double last = -std::numeric_limits<double>::infinity();
     for (std::size_t i = 0; i < keys.size(); ++i) {
         judge.object(keys[i], keyPlace);
@@ -192,8 +244,9 @@ bool keyframes(Judge& judge, const Json& keys, Value isValue) {
         }
         last = time.get<double>();
         const auto isKeyValue = [&](const Json& value) {
-            return isValue(value) ||
-                   (value.is_array() && value.size() == 1 && value[0].is_object() && isValue(value[0]));
+            const bool isPathValue = value.is_array() && value.size() == 1 && value[0].is_object();
+            return value.is_array() && isValue(isPathValue ? value[0] : value) &&
+                   (!isPathValue || value[0]["v"].size() == startOf(keys, 0)[0]["v"].size());
         };
         const bool isLast = i + 1 == keys.size();
         const Json& end = member(keys[i], "e");
@@ -201,10 +254,63 @@ bool keyframes(Judge& judge, const Json& keys, Value isValue) {
                 (isLast || member(keys[i], "h") == Json(1) || keys[i].contains("o"));
         drawn = drawn && keys[i].contains("o") == keys[i].contains("i");
     }
+    for (std::size_t i = 0; drawn && i + 1 < keys.size(); ++i) {
+        const Json& end = member(keys[i], "e");
+        if (isCurved(keys[i], startOf(keys, i), end.is_null() ? startOf(keys, i + 1) : end)) {
+            judge.miss(Kind::Other, "curved-motion", "a movement along a curve");
+        }
+    }
     if (drawn && showsBetweenFrames(judge, keys)) {
         judge.miss(Kind::Time, "between-frames", "a change that shows only between whole frames");
     }
     return drawn;
+}
+
+std::vector<Json> layersOf(const model::Project& project, const model::Comp& comp) {
+    std::vector<Json> layers;
+    layers.reserve(comp.layers.size());
+    for (const model::LayerPtr& each : comp.layers) {
+        layers.push_back(project.layerJson(*each));
+    }
+    return layers;
+}
+
+// Where the renderer runs them.
+const std::set<std::string, std::less<>> expressionsRun{
+    "transform-a",
+    "transform-p",
+    "transform-s",
+    "transform-r",
+    "transform-o",
+    "position-x",
+    "position-y",
+    "rectangle-s",
+    "rectangle-p",
+    "rectangle-r",
+    "ellipse-s",
+    "ellipse-p",
+    "star-or",
+    "stroke-w",
+    "fill-o",
+    "trim-e",
+    "trim-o",
+    "group-transform-a",
+    "group-transform-p",
+    "group-transform-s",
+    "group-transform-r",
+    "group-transform-o",
+    "layer-tm",
+};
+
+bool isDrawnExpression(Judge& judge, const std::string& expression, const Json& k) {
+    if (judge.layersOfRoot.empty() && expression.find("comp(") != std::string::npos) {
+        judge.layersOfRoot = layersOf(judge.project, judge.project.root());
+    }
+    const Reach reach{judge.layers[judge.at], judge.layers, judge.project.root().item->name, judge.layersOfRoot,
+                      judge.hasOwnTime};
+    const std::optional<double> value = k.is_number() ? std::optional(k.get<double>()) : std::nullopt;
+    return keepsValue(expression, value, reach) ||
+           (expressionsRun.contains(judge.inside) && isDrawn(expression, reach));
 }
 
 enum class Matters { Geometry, Colour };
@@ -215,7 +321,8 @@ bool property(Judge& judge, const Json& json, Value isValue, Matters matters = M
     }
     for (const auto& [name, value] : json.items()) {
         if (name == "x" && value.is_string()) {
-            if (matters == Matters::Geometry && !isDrawn(value.get<std::string>())) {
+            if (matters == Matters::Geometry &&
+                !isDrawnExpression(judge, value.get<std::string>(), member(json, "k"))) {
                 judge.miss(Kind::Expressions, "expression", "an expression");
             }
         } else if (name != "a" && name != "k" && name != "ix" && name != "l" && name != "sid" && name != "nm" &&
@@ -374,7 +481,11 @@ constexpr Member ellipseMembers[] = {KESTRIN_ITEM,
                                      {"p", point},
                                      {"s", size, "an ellipse of negative size"},
                                      {"closed", harmless}};
-constexpr Member pathMembers[] = {KESTRIN_ITEM, {"d", oneOf<1, 3>}, {"ks", path}};
+constexpr Member pathMembers[] = {
+    KESTRIN_ITEM,
+    {"d", oneOf<1, 3>},
+    {"ks", path, "a path"},
+    {"closed", [](Judge&, const Json& value) { return value == Json(false); }, "a path of an old form"}};
 constexpr Member starMembers[] = {
     KESTRIN_ITEM,        {"d", oneOf<1, 3>},  {"sy", oneOf<1, 1>, "a polygon"},
     {"p", point},        {"r", scalar},       {"pt", wholeCount, "a star with parts of points"},
@@ -488,6 +599,9 @@ bool isWithoutLength(const Json& item) {
     return member(member(item, "s"), "k") == member(member(item, "e"), "k");
 }
 
+int paintsIn(const Json& list);
+bool isPartlyClearGroup(const Json& group);
+
 bool item(Judge& judge, const Json& json) {
     const std::string type = text(member(json, "ty"));
     const auto found = std::find_if(std::begin(itemTypes), std::end(itemTypes),
@@ -506,6 +620,12 @@ bool item(Judge& judge, const Json& json) {
             judge.miss(Kind::Shapes, "gradient-highlight", "a gradient with a highlight");
         }
     }
+    if (member(json, "d").is_array() && !json["d"].empty() && !isNumber(member(json, "lc"), 2)) {
+        judge.miss(Kind::Shapes, "dash-caps", "dashes without round ends");
+    }
+    if (type == "gr" && isPartlyClearGroup(json)) {
+        judge.miss(Kind::Shapes, "group-opacity", "a group of several paints that is partly clear");
+    }
     if ((type == "st" || type == "gs") && isNumber(member(json, "lj"), 1) && !json.contains("ml")) {
         judge.miss(Kind::Shapes, "miter-limit", "a mitre join without its limit");
     }
@@ -516,10 +636,35 @@ bool items(Judge& judge, const Json& json) {
     if (!json.is_array()) {
         return false;
     }
+    const auto isRepeater = [](const Json& each) { return text(member(each, "ty")) == "rp"; };
+    if (std::count_if(json.begin(), json.end(), isRepeater) > 1) {
+        judge.miss(Kind::Shapes, "repeater-twice", "copies of copies");
+    }
     for (const Json& each : json) {
         item(judge, each);
     }
     return true;
+}
+
+// Paints, also those of groups inside.
+int paintsIn(const Json& list) {
+    int paints = 0;
+    for (const Json& each : list) {
+        const std::string type = text(member(each, "ty"));
+        paints += type == "fl" || type == "st" || type == "gf" || type == "gs" ? 1 : 0;
+        paints += member(each, "it").is_array() ? paintsIn(each["it"]) : 0;
+    }
+    return paints;
+}
+
+// Players let the paints of a partly clear group shine through each other; the renderer does not.
+bool isPartlyClearGroup(const Json& group) {
+    const Json& list = member(group, "it");
+    if (!list.is_array() || list.empty() || paintsIn(list) < 2) {
+        return false;
+    }
+    const Json& opacity = member(list.back(), "o");
+    return !opacity.is_null() && !isNumber(member(opacity, "k"), 100) && !isNumber(member(opacity, "k"), 0);
 }
 
 bool groupEnds(const Json& list) {
@@ -567,19 +712,35 @@ bool masks(Judge& judge, const Json& json) {
     if (!json.is_array()) {
         return false;
     }
-    char last = 'a';
+    std::string modes;
     for (const Json& mask : json) {
         judge.object(mask, maskPlace);
         const std::string mode = text(member(mask, "mode"));
-        if (mode == "a" && last != 'a') {
-            judge.miss(Kind::Masks, "mask-order", "a mask added to others that are not");
-        }
-        last = mode == "n" || mode.empty() ? last : mode[0];
+        modes += mode == "n" ? "" : mode;
+    }
+    // Added ones alone; or one, what it has in common with others, and less the rest.
+    std::size_t at = modes.find_first_not_of('a');
+    if (at != std::string::npos && at <= 1) {
+        at = std::min(modes.find_first_not_of('i', at), modes.size());
+        at = modes.find_first_not_of('s', at);
+    }
+    if (at != std::string::npos) {
+        judge.miss(Kind::Masks, "mask-order", "masks of mixed modes");
     }
     return true;
 }
 
-void matte(Judge& judge, const Json& json, const std::vector<Json>& layers, std::size_t place) {
+// Colours decide there what is visible.
+bool mayChangeColour(const Json& json) {
+    if (json.is_object() && json.contains("k") && member(json, "x").is_string()) {
+        return true;
+    }
+    return json.is_structured() && std::any_of(json.begin(), json.end(), mayChangeColour);
+}
+
+void matte(Judge& judge, const Json& json) {
+    const std::vector<Json>& layers = judge.layers;
+    const std::size_t place = judge.at;
     if (!json.contains("tt") || isNumber(json["tt"], 0)) {
         return;
     }
@@ -599,6 +760,11 @@ void matte(Judge& judge, const Json& json, const std::vector<Json>& layers, std:
     if (source->contains("tt") && !isNumber((*source)["tt"], 0)) {
         judge.miss(Kind::Mattes, "matte-matted", "a matte that has a matte itself");
     }
+    const Json& effectsOfSource = member(*source, "ef");
+    if (isNumber(json["tt"], 3) && (member(*source, "ty") == Json(0) || mayChangeColour(*source) ||
+                                    (effectsOfSource.is_array() && !effectsOfSource.empty()))) {
+        judge.miss(Kind::Mattes, "matte-colours", "a luma matte whose colours are not known");
+    }
 }
 
 // ---- Effects --------------------------------------------------------------------------------------------
@@ -614,6 +780,8 @@ constexpr Name effectNames[] = {
     {"34", "a puppet (effect)"},      {"35", "a transform (effect)"},
 };
 
+constexpr int inPlace[] = {5, 20, 21, 23};
+
 bool effects(Judge& judge, const Json& json) {
     if (!json.is_array()) {
         return false;
@@ -621,8 +789,11 @@ bool effects(Judge& judge, const Json& json) {
     for (const Json& effect : json) {
         const Json& type = member(effect, "ty");
         const Json& on = member(effect, "en");
-        if (isNumber(type, 5) || on == Json(0) || on == Json(false)) {
-            continue;  // controls for expressions, which draw nothing
+        // Controls for expressions draw nothing; a tint, a fill and a tritone change colours alone.
+        const bool staysInPlace =
+            std::any_of(std::begin(inPlace), std::end(inPlace), [&](int each) { return isNumber(type, each); });
+        if (staysInPlace || on == Json(0) || on == Json(false)) {
+            continue;
         }
         const std::string code =
             type.is_number_integer() ? std::to_string(type.get<std::int64_t>()) : "unknown";
@@ -637,14 +808,166 @@ bool styles(Judge& judge, const Json& json) {
 
 // ---- Text -----------------------------------------------------------------------------------------------
 
-bool textData(Judge& judge, const Json&) {
-    return judge.miss(Kind::Text, "text", "text");
+const Json& shell(Judge& judge) {
+    if (judge.shell.is_null()) {
+        judge.shell = Json::parse(judge.project.root().shell, nullptr, false);
+    }
+    return judge.shell;
+}
+
+constexpr Member glyphMembers[] = {{"ch", words}, {"size", number},   {"style", words},
+                                   {"w", number}, {"fFamily", words}, {"data", harmless}};
+
+bool isGlyph(const Json& json) {
+    return json.is_object() && std::all_of(json.items().begin(), json.items().end(), [](const auto& each) {
+               return std::any_of(std::begin(glyphMembers), std::end(glyphMembers),
+                                  [&](const Member& known) { return known.name == each.key(); });
+           });
+}
+
+std::vector<std::string> charactersOf(const std::string& words) {
+    std::vector<std::string> characters;
+    for (const char letter : words) {
+        if ((static_cast<unsigned char>(letter) & 0xC0) == 0x80 && !characters.empty()) {
+            characters.back() += letter;
+        } else {
+            characters.emplace_back(1, letter);
+        }
+    }
+    return characters;
+}
+
+// Whether all characters of the words have a glyph of that font in the file.
+bool hasGlyphs(Judge& judge, const std::string& name, const std::string& words) {
+    const Json& fonts = member(member(shell(judge), "fonts"), "list");
+    const auto font = std::find_if(fonts.begin(), fonts.end(),
+                                   [&](const Json& each) { return member(each, "fName") == Json(name); });
+    if (font == fonts.end()) {
+        return false;
+    }
+    std::set<std::string> there;
+    for (const Json& glyph : member(shell(judge), "chars")) {
+        if (isGlyph(glyph) && member(glyph, "fFamily") == member(*font, "fFamily") &&
+            member(glyph, "style") == member(*font, "fStyle")) {
+            there.insert(text(member(glyph, "ch")));
+        }
+    }
+    const std::vector<std::string> characters = charactersOf(words);
+    return std::all_of(characters.begin(), characters.end(),
+                       [&](const std::string& each) { return each == "\r" || there.contains(each); });
+}
+
+constexpr Member styleMembers[] = {
+    {"s", number},  // size
+    {"f", words},
+    {"t",
+     [](Judge&, const Json& value) {
+         const std::string shown = text(value);
+         return value.is_string() && std::none_of(shown.begin(), shown.end(), [](char each) {
+                    return static_cast<unsigned char>(each) < ' ' && each != '\r';
+                });
+     },
+     "text with unusual line breaks"},
+    {"j", oneOf<0, 2>, "text set to both sides"},
+    {"tr", number},
+    {"lh", number},
+    {"ls", number},
+    {"fc", [](Judge&, const Json& value) { return isVector(value, 3); }},
+    {"sc", [](Judge&, const Json& value) { return isVector(value, 3); }},
+    {"sw", number},
+    {"of", harmless},
+    {"ca", [](Judge&, const Json& value) { return isNumber(value, 0); }, "text in small capitals"},
+};
+constexpr Place stylePlace{"text", "text", Kind::Text, styleMembers};
+
+constexpr Member moreMembers[] = {{"g", whole}, {"a", point}};
+constexpr Place morePlace{"text", "text's grouping", Kind::Text, moreMembers};
+
+// A range of letters, which are changed in nothing, or only as spacing that is none.
+bool changesNothing(const Json& range) {
+    const Json& changes = member(range, "a");
+    return changes.is_object() &&
+           (changes.empty() || (changes.size() == 1 && changes.contains("t") &&
+                                isNumber(member(changes["t"], "k"), 0) && !changes["t"].contains("x")));
+}
+
+constexpr Member textMembersOfLayer[] = {
+    {"d",
+     [](Judge& judge, const Json& documents) {
+         for (const Json& key : member(documents, "k")) {
+             const Json& style = member(key, "s");
+             judge.object(style, stylePlace);
+             const std::string font = text(member(style, "f"));
+             if (member(style, "tr").is_number() && !isNumber(style["tr"], 0) &&
+                 isNumber(member(style, "j"), 1)) {
+                 judge.miss(Kind::Text, "text-spaced", "spaced text set to the middle");
+             }
+             if (!style.contains("fc")) {
+                 judge.miss(Kind::Text, "text-outlined", "text without a fill");
+             }
+             if (!judge.fonts.contains(font) && !hasGlyphs(judge, font, text(member(style, "t")))) {
+                 judge.miss(Kind::Text, "text-without-font", "text whose font is not given");
+             }
+         }
+         return !documents.contains("x") && !documents.contains("sid");
+     },
+     "text that an expression sets"},
+    {"p", [](Judge&, const Json& value) { return value.is_object() && value.empty(); }, "text on a path"},
+    {"m", [](Judge& judge, const Json& value) { return judge.object(value, morePlace); }},
+    {"a",
+     [](Judge&, const Json& value) {
+         return value.is_array() && std::all_of(value.begin(), value.end(), changesNothing);
+     },
+     "animated letters"},
+};
+constexpr Place textPlace{"text", "text", Kind::Text, textMembersOfLayer};
+
+bool textData(Judge& judge, const Json& json) {
+    if (!json.is_object() || !json.contains("d") || !json.contains("a") || !json.contains("m") ||
+        !json.contains("p")) {
+        return judge.miss(Kind::Text, "text-incomplete", "text that lacks something");
+    }
+    return judge.object(json, textPlace);
+}
+
+// ---- Pictures -------------------------------------------------------------------------------------------
+
+constexpr Member pictureMembers[] = {{"id", harmless}, {"nm", harmless}, {"w", number},
+                                     {"h", number},    {"p", words},     {"u", words},
+                                     {"e", harmless},  {"t", words},     {"mn", harmless}};
+constexpr Place picturePlace{"image", "picture", Kind::Images, pictureMembers};
+
+void picture(Judge& judge, const std::string& reference) {
+    const Json* asset = judge.project.pictureAsset(reference);
+    if (asset == nullptr) {
+        return;
+    }
+    judge.object(*asset, picturePlace);
+    const std::string outer = model::outerPictureOf(*asset);
+    const std::optional<std::string> content = !outer.empty()
+                                                   ? std::optional(judge.project.pictureContent(outer))
+                                                   : contentOf(text(member(*asset, "p")));
+    const std::optional<model::Size> size = content ? sizeOfDrawn(*content) : std::nullopt;
+    if (!size) {
+        judge.miss(Kind::Images, "image-type", "a picture that is no plain PNG or JPEG");
+    } else if (member(*asset, "w").is_number() && member(*asset, "h").is_number() &&
+               std::abs(member(*asset, "w").get<double>() * size->height -
+                        member(*asset, "h").get<double>() * size->width) >
+                   std::max(size->width, size->height)) {
+        judge.miss(Kind::Images, "image-shape", "a picture of another shape than its place");
+    }
 }
 
 // ---- Layers ---------------------------------------------------------------------------------------------
 
 bool timeRemap(Judge& judge, const Json& json) {
     return scalar(judge, json);
+}
+
+bool colourName(Judge&, const Json& value) {
+    const std::string name = text(value);
+    return name.size() == 7 && name[0] == '#' &&
+           name.find_first_not_of("0123456789abcdefABCDEF", 1) == std::string::npos;
 }
 
 #define KESTRIN_LAYER                                                                                        \
@@ -660,7 +983,8 @@ bool timeRemap(Judge& judge, const Json& json) {
 
 constexpr Member useMembers[] = {
     KESTRIN_LAYER, {"refId", words}, {"w", whole}, {"h", whole}, {"tm", timeRemap}};
-constexpr Member solidMembers[] = {KESTRIN_LAYER, {"sw", whole}, {"sh", whole}, {"sc", words}};
+constexpr Member solidMembers[] = {
+    KESTRIN_LAYER, {"sw", whole}, {"sh", whole}, {"sc", colourName, "a solid whose colour is no #rrggbb"}};
 constexpr Member imageMembers[] = {KESTRIN_LAYER, {"refId", words}};
 constexpr Member nullMembers[] = {KESTRIN_LAYER};
 constexpr Member shapeMembers[] = {KESTRIN_LAYER, {"shapes", shapes}};
@@ -688,8 +1012,16 @@ void time(Judge& judge, const Json& json) {
     }
 }
 
-void layer(Judge& judge, const std::vector<Json>& layers, std::size_t place) {
-    const Json& json = layers[place];
+// The renderer applies it twice.
+bool isPartlyClear(const Json& solid) {
+    const Json& opacity = member(member(solid, "ks"), "o");
+    const Json& k = member(opacity, "k");
+    const Json& value = k.is_array() && k.size() == 1 ? k[0] : k;
+    return !opacity.is_null() && !((isNumber(value, 0) || isNumber(value, 100)) && !opacity.contains("x"));
+}
+
+void layer(Judge& judge) {
+    const Json& json = judge.layers[judge.at];
     const Json& type = member(json, "ty");
     if (type == Json(13)) {
         judge.miss(Kind::ThreeD, "camera", "the view of a camera");
@@ -706,7 +1038,13 @@ void layer(Judge& judge, const std::vector<Json>& layers, std::size_t place) {
     }
     judge.object(json, found->place);
     time(judge, json);
-    matte(judge, json, layers, place);
+    matte(judge, json);
+    if (found->type == 1 && isPartlyClear(json)) {
+        judge.miss(Kind::Other, "solid-opacity", "a solid that is partly clear");
+    }
+    if (found->type == 2) {
+        picture(judge, text(member(json, "refId")));
+    }
     const Json& masksHere = member(json, "masksProperties");
     if (masksHere.is_array() && !masksHere.empty() && member(json, "hasMask") != Json(true)) {
         judge.miss(Kind::Masks, "mask-unmarked", "masks that it does not say it has");
@@ -714,6 +1052,17 @@ void layer(Judge& judge, const std::vector<Json>& layers, std::size_t place) {
     if (found->type == 0 && !(json.contains("w") && json.contains("h"))) {
         judge.miss(Kind::Other, "use-without-size", "a composition shown without its size");
     }
+}
+
+// Compositions tell another time inside than outside.
+bool runsOtherwise(const model::Project& project) {
+    return std::any_of(project.items.begin(), project.items.end(), [](const model::ItemPtr& item) {
+        return item->comp &&
+               std::any_of(item->comp->layers.begin(), item->comp->layers.end(), [](const auto& each) {
+                   return each->type == model::LayerType::Precomp &&
+                          (each->startFrame != 0 || each->stretch != 1 || each->timeRemap.has_value());
+               });
+    });
 }
 
 }  // namespace
@@ -727,14 +1076,12 @@ std::string_view nameOf(Kind kind) {
 std::vector<Unseen> unseenIn(const model::Project& project, const model::Comp& comp,
                              const std::set<std::string>& fonts) {
     Judge judge{project, comp, fonts};
-    std::vector<Json> layers;
-    layers.reserve(comp.layers.size());
-    for (const model::LayerPtr& each : comp.layers) {
-        layers.push_back(project.layerJson(*each));
-    }
-    for (std::size_t i = 0; i < layers.size(); ++i) {
+    judge.layers = layersOf(project, comp);
+    judge.hasOwnTime = &comp != &project.root() && runsOtherwise(project);
+    for (std::size_t i = 0; i < judge.layers.size(); ++i) {
+        judge.at = i;
         judge.layer = comp.layers[i].get();
-        layer(judge, layers, i);
+        layer(judge);
     }
     return std::move(judge.unseen);
 }
