@@ -84,7 +84,34 @@ void print(const TriedComp& comp) {
     }
 }
 
-void print(const Entry& entry) {
+void printTotal(const CropAllResult& result) {
+    const Area area = areaOf(result.comps);
+    Line line;
+    line << "  " << result.count(Outcome::Cropped) << " of "
+         << counted(static_cast<std::int64_t>(result.comps.size()), "composition") << " cropped";
+    if (const int putBack = result.count(Outcome::PutBack)) {
+        line << ", " << putBack << " put back";
+    }
+    line << "; " << grouped(area.before) << " -> " << grouped(area.after) << " pixels (" << area.wholePercent()
+         << " % saved)";
+}
+
+// Of what is not drawn and not `chosen` to be cropped all the same: "effects,text".
+std::string kindsInTheWay(const CropAllResult& result, const std::set<std::string>& chosen) {
+    std::set<std::string> kinds;
+    for (const TriedComp& comp : result.comps) {
+        for (const Concern& concern : comp.notDrawn) {
+            kinds.insert(concern.kind);
+        }
+    }
+    std::string text;
+    for (const std::string& kind : kinds) {
+        text += chosen.contains(kind) ? "" : (text.empty() ? "" : ",") + kind;
+    }
+    return text;
+}
+
+void print(const Entry& entry, const std::set<std::string>& unseen) {
     const std::string animation = entry.animation.empty() ? "" : "animation " + inQuotes(entry.animation);
     if (!entry.result) {
         say((animation.empty() ? "" : animation + ": ") + entry.message);
@@ -98,15 +125,11 @@ void print(const Entry& entry) {
             Line() << "    " << line;
         }
     }
-    const Area area = areaOf(result.comps);
-    Line line;
-    line << "  " << result.count(Outcome::Cropped) << " of "
-         << counted(static_cast<std::int64_t>(result.comps.size()), "composition") << " cropped";
-    if (const int putBack = result.count(Outcome::PutBack)) {
-        line << ", " << putBack << " put back";
+    printTotal(result);
+    printWarnings(result.warnings);
+    if (const std::string kinds = kindsInTheWay(result, unseen); !kinds.empty()) {
+        say("note: --crop-unseen " + kinds + " crops also what is left because it cannot be looked at");
     }
-    line << "; " << grouped(area.before) << " -> " << grouped(area.after) << " pixels (" << area.wholePercent()
-         << " % saved)";
 }
 
 // The last one was cancelled.
@@ -154,6 +177,10 @@ Json textOrNull(const std::string& text) {
 
 Json compJson(const TriedComp& comp) {
     const bool cropped = comp.outcome == Outcome::Cropped;
+    Json notDrawn = Json::array();
+    for (const Concern& concern : comp.notDrawn) {
+        notDrawn.push_back(namedJson(concern));
+    }
     return {{"name", comp.name},
             {"id", comp.assetId},
             {"outcome", word(comp.outcome)},
@@ -164,6 +191,7 @@ Json compJson(const TriedComp& comp) {
             {"padding", cropped ? Json(comp.padding) : Json()},
             {"uses", comp.uses},
             {"settled", comp.settled},
+            {"notDrawn", std::move(notDrawn)},
             {"difference", comp.worst ? comparedJson(*comp.worst) : Json()}};
 }
 
@@ -182,11 +210,8 @@ Json entryJson(const Entry& entry) {
                       {"left", result.count(Outcome::Left)},
                       {"putBack", result.count(Outcome::PutBack)}};
     json["warnings"] = Json::array();
-    for (const Warning& warning : result.warnings) {
-        json["warnings"].push_back({{"kind", word(warning.kind)},
-                                    {"composition", warning.comp},
-                                    {"layer", warning.layer},
-                                    {"text", warning.text}});
+    for (const Concern& warning : result.warnings) {
+        json["warnings"].push_back(namedJson(warning));
     }
     json["compositions"] = Json::array();
     for (const TriedComp& comp : result.comps) {
@@ -205,14 +230,7 @@ void cropAnimation(const BatchRequest& request, Entry& entry, ResultFile& file) 
         options.reading.animation = entry.animation;
     }
     Workplace workplace(options);
-    CropAllResult result = cropAll(workplace, request.crop, [&](const std::vector<Warning>& warnings) {
-        if (!request.json) {
-            print(warnings);
-            if (!warnings.empty() && !request.crop.leaveWarned) {
-                say("note: --leave-warned leaves the compositions that warnings are about");
-            }
-        }
-    });
+    CropAllResult result = cropAll(workplace, request.crop);
     file.put(workplace.session().project(), options.reading.animation);
     workplace.write([] {});  // the result waits for the file's other animations
     entry.code = result.count(Outcome::PutBack) > 0   ? ExitCode::SomePutBack
@@ -292,7 +310,7 @@ ExitCode cropFiles(const BatchRequest& request) {
         const std::vector<Entry> done = cropFile(request, place);
         for (const Entry& entry : done) {
             if (entry.code != ExitCode::Cancelled && (!entry.result || !request.json)) {
-                print(entry);
+                print(entry, request.crop.unseen);
             }
         }
         if (!request.json && any(done, [](const Entry& entry) { return entry.written; })) {

@@ -18,7 +18,7 @@ struct ExitMeaning {
     const char* meaning;
 };
 constexpr ExitMeaning exitMeanings[] = {
-    {ExitCode::Done, "done; for compare: nothing has shifted"},
+    {ExitCode::Done, "done; for compare: nothing that can be drawn has shifted"},
     {ExitCode::Differs, "compare: the pictures differ"},
     {ExitCode::BadInput, "a wrong file, name or option"},
     {ExitCode::NothingToDo, "there was nothing to crop"},

@@ -42,18 +42,8 @@ Pairs pairsOf(const model::Project& before, const model::Project& after) {
 bool sameLayers(const model::Project& before, const model::Project& after, const Pair& pair) {
     return std::equal(pair.before->layers.begin(), pair.before->layers.end(), pair.after->layers.begin(),
                       pair.after->layers.end(), [&](const model::LayerPtr& a, const model::LayerPtr& b) {
-                          return (!a->touched && !b->touched && !a->slotted.any && a->text == b->text) ||
-                                 before.layerJson(*a) == after.layerJson(*b);
+                          return sameLayer(before, *a, after, *b);
                       });
-}
-
-// Of the document and of the pictures that it takes from elsewhere.
-bool sameContent(const model::Project& before, const model::Project& after) {
-    const auto pictures = before.outerPictures();
-    return before.write() == after.write() &&
-           std::all_of(pictures.begin(), pictures.end(), [&](const std::string& picture) {
-               return before.pictureContent(picture) == after.pictureContent(picture);
-           });
 }
 
 // Asset ids of the compositions that a composition shows directly.
@@ -252,7 +242,7 @@ Comparison compare(const model::Project& before, const model::Project& after,
 
     std::vector<std::string> chosen;
     if (request.comp.empty()) {
-        chosen = compsToCompare(pairs, changed, !sameContent(before, after));
+        chosen = compsToCompare(pairs, changed, before.write() != after.write() || !before.samePictures(after));
     } else {
         const model::Comp& comp = findComp(before, request.comp);
         if (!pairs.at(comp.assetId).inBoth()) {
@@ -279,6 +269,13 @@ Comparison compare(const model::Project& before, const model::Project& after,
         if (!request.frame || (*request.frame >= 0 && *request.frame < frameCount(*pair.before))) {
             result.compared.push_back(pictures.compare(pair, request));
         }
+    }
+    if (!request.onlyPictures) {
+        std::vector<std::string> ids;
+        for (const ComparedComp& comp : result.compared) {
+            ids.push_back(comp.assetId);
+        }
+        result.notDrawn = notDrawnBetween(before, after, ids);
     }
     return result;
 }

@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/NotDrawn.h"
 #include "model/Project.h"
 #include "render/Difference.h"
 
@@ -50,8 +51,9 @@ struct ComparedComp {
 struct Comparison {
     std::vector<ChangedComp> changed;
     std::vector<ComparedComp> compared;
+    std::vector<Named> notDrawn;  // of what differs: nobody has seen whether it has shifted
 
-    Verdict verdict() const;  // the worst
+    Verdict verdict() const;  // the worst, of what is drawn
 };
 
 struct ComparisonRequest {
@@ -59,6 +61,7 @@ struct ComparisonRequest {
     std::string comp;          // only this one, changed or not, by name or asset id in the first project
     std::function<void()> onFrame = {};  // called after each frame
     int mostFrames = std::numeric_limits<int>::max();
+    bool onlyPictures = false;  // leave `notDrawn` empty
 };
 
 // Throws Stop where no composition has the frame asked for or there are too many, and render::RenderError.

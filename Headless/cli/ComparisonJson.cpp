@@ -1,5 +1,9 @@
 #include "cli/ComparisonJson.h"
 
+#include <algorithm>
+
+#include "cli/Text.h"
+
 namespace headless::cli {
 
 using model::Json;
@@ -42,10 +46,21 @@ const char* word(Verdict verdict) {
     return "shifted";
 }
 
-const char* conclusion(const Comparison& comparison) {
-    return comparison.verdict() == Verdict::Shifted ? "the pictures differ"
-           : comparison.compared.empty()            ? "nothing that is shown has changed"
-                                                    : "nothing on screen has shifted";
+std::string conclusion(const Comparison& comparison) {
+    const std::vector<Named>& notDrawn = comparison.notDrawn;
+    const std::string verdict = comparison.verdict() == Verdict::Shifted ? "the pictures differ"
+                                : comparison.compared.empty()            ? "nothing that is shown has changed"
+                                : notDrawn.empty()                       ? "nothing on screen has shifted"
+                                                   : "nothing that can be drawn has shifted";
+    constexpr std::size_t mostNamed = 3;
+    std::string list;
+    for (std::size_t i = 0; i < std::min(notDrawn.size(), mostNamed); ++i) {
+        list += (i == 0 ? "" : ", ") + notDrawn[i].what + " of " + placeOf(notDrawn[i]);
+    }
+    if (notDrawn.size() > mostNamed) {
+        list += " and " + grouped(static_cast<std::int64_t>(notDrawn.size() - mostNamed)) + " more";
+    }
+    return verdict + (list.empty() ? "" : "; not drawn: " + list);
 }
 
 Json sizeJson(const std::optional<model::Size>& size) {
@@ -71,10 +86,15 @@ Json comparisonJson(const Comparison& comparison) {
     for (const ComparedComp& comp : comparison.compared) {
         compared.push_back(comparedJson(comp));
     }
+    Json notDrawn = Json::array();
+    for (const Named& named : comparison.notDrawn) {
+        notDrawn.push_back(namedJson(named));
+    }
     return {{"verdict", word(comparison.verdict())},
             {"conclusion", conclusion(comparison)},
             {"changed", std::move(changed)},
-            {"compared", std::move(compared)}};
+            {"compared", std::move(compared)},
+            {"notDrawn", std::move(notDrawn)}};
 }
 
 Json documentJson(const char* kind, const std::string& before, const std::string& after) {

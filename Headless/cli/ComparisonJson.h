@@ -11,13 +11,14 @@ namespace headless::cli {
 
 // "equal", "edge noise", "shifted".
 const char* word(Verdict verdict);
-// In a sentence, for a person: "nothing on screen has shifted".
-const char* conclusion(const Comparison& comparison);
+// On one line, for a person: "nothing on screen has shifted". That is said only where all that differs was
+// drawn; else what was not follows, the first of it where it is much.
+std::string conclusion(const Comparison& comparison);
 
 model::Json sizeJson(const std::optional<model::Size>& size);
 // What became of one composition: "verdict", "frames", "worst" and so on.
 model::Json comparedJson(const ComparedComp& comp);
-// The members "verdict", "conclusion", "changed" and "compared".
+// The members "verdict", "conclusion", "changed", "compared" and "notDrawn".
 model::Json comparisonJson(const Comparison& comparison);
 // A whole document of this program, `kind` being the verb that made it: its first members, to be added to.
 model::Json documentJson(const char* kind, const std::string& before, const std::string& after);

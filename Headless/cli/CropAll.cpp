@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <set>
+#include <tuple>
 
 #include "cli/Comps.h"
 #include "cli/Cropping.h"
 #include "cli/Find.h"
-#include "cli/Obstacles.h"
 #include "cli/Progress.h"
 #include "cli/Text.h"
 
@@ -62,23 +62,20 @@ class WholeCrop {
           project_(workplace.session().project()),
           request_(request),
           original_(project_.copy()),
-          uses_(usesIn(project_)) {}
+          uses_(usesIn(project_)),
+          concerns_(*original_) {}
 
-    CropAllResult run(const std::function<void(const std::vector<Warning>&)>& onWarnings) {
+    CropAllResult run() {
         const model::Item& root = *project_.root().item;  // which is looked at in the end
         if (const std::string reason = CompPictures::whyTooLarge(root.size); !reason.empty()) {
             throw Stop(ExitCode::BadInput, inQuotes(root.name) + ": " + reason);
         }
         const std::vector<model::Comp*> comps = innermostFirst(project_);
-        std::vector<const model::Item*> items;
         std::int64_t frames = frameCount(project_.root());
         for (const model::Comp* comp : comps) {
-            items.push_back(comp->item);
             frames += framesFor(*comp);
         }
         requireFrames(frames, request_.mostFrames);
-        result_.warnings = warningsFor(project_, items);
-        onWarnings(result_.warnings);
         Progress progress(workplace_.session(), static_cast<int>(comps.size()), static_cast<int>(frames));
         progress_ = &progress;
         for (model::Comp* comp : comps) {
@@ -121,16 +118,55 @@ class WholeCrop {
         }
         entry.uses = static_cast<int>(uses->second.size());
         entry.reason = CompPictures::whyTooLarge(comp.item->size);
-        if (entry.reason.empty()) {
-            entry.reason = whyNotToCrop(project_, *comp.item);
-        }
         if (!entry.reason.empty()) {
             return entry;
         }
-        if (request_.leaveWarned && !warningsFor(project_, {comp.item}).empty()) {
-            entry.reason = "there are warnings about it";
+        const std::vector<Concern> concerns = concerns_.about(*compById(*original_, comp.assetId)->item);
+        entry.reason = whyNotToTry(concerns, entry);
+        if (!entry.reason.empty()) {
             return entry;
         }
+        tryCrop(comp, entry);
+        if (entry.outcome == Outcome::Cropped) {
+            warn(concerns);
+        }
+        return entry;
+    }
+
+    // Empty where it can be cropped and looked at. What does not follow a crop is seen then.
+    std::string whyNotToTry(const std::vector<Concern>& concerns, TriedComp& entry) const {
+        std::string reason;
+        std::set<std::string> codes;
+        int others = 0;
+        for (const Concern& concern : concerns) {
+            const bool isUnseen = concern.weight == Concern::Weight::Unseen;
+            if (isUnseen && codes.insert(concern.code).second) {
+                entry.notDrawn.push_back(concern);
+            }
+            if (concern.weight == Concern::Weight::Forbids) {
+                return sentence(concern);
+            }
+            if (isUnseen && !request_.unseen.contains(concern.kind)) {
+                if (reason.empty()) {
+                    reason = sentence(concern) + ", not drawn here";
+                } else {
+                    ++others;
+                }
+            }
+        }
+        return reason + (others > 0 ? ", and " + std::to_string(others) + " more such" : "");
+    }
+
+    void warn(const std::vector<Concern>& concerns) {
+        for (const Concern& concern : concerns) {
+            if (concern.weight == Concern::Weight::Unseen &&
+                warned_.emplace(concern.comp, concern.layer, concern.code).second) {
+                result_.warnings.push_back(concern);
+            }
+        }
+    }
+
+    void tryCrop(model::Comp& comp, TriedComp& entry) {
         const bool reachedOut = attempt(comp, request_.padding, entry);
         // What lies beyond the frame is cut off there; padding brings it to light.
         if (entry.outcome == Outcome::PutBack && reachedOut && request_.padding > 0) {
@@ -138,10 +174,9 @@ class WholeCrop {
             attempt(comp, 0, tighter);
             if (tighter.outcome == Outcome::Cropped) {
                 tighter.paddingGivenUp = true;
-                return tighter;
+                entry = tighter;
             }
         }
-        return entry;
     }
 
     // Whether the new frame reached over the old one.
@@ -191,6 +226,7 @@ class WholeCrop {
         request.command = Command::Duration;
         request.padding = padding;
         request.plugInOnly = request_.plugInOnly;
+        request.neverPrecompose = !workplace_.hasAnswer("3D Layers");  // it never pays
         workplace_.session().openComp(comp);
         workplace_.session().select(comp, {});
         return cli::crop(workplace_, comp, request);
@@ -217,15 +253,16 @@ class WholeCrop {
 
     // Empty where those that show it look the same.
     std::string whyDifferent(const model::Project& before, TriedComp& entry) {
-        const Comparison comparison = compared(before);
+        const Comparison comparison = compared(before, true);
         if (const ComparedComp* worst = worstOf(comparison)) {
             entry.worst = *worst;
         }
         return comparison.verdict() == Verdict::Shifted ? describe(*entry.worst) : "";
     }
 
-    Comparison compared(const model::Project& before) {
+    Comparison compared(const model::Project& before, bool onlyPictures = false) {
         ComparisonRequest request;
+        request.onlyPictures = onlyPictures;
         request.onFrame = [this] {
             progress_->frameDone();
             workplace_.requireGoingOn();
@@ -257,6 +294,8 @@ class WholeCrop {
     const CropAllRequest& request_;
     std::unique_ptr<model::Project> original_;
     Uses uses_;
+    Concerns concerns_;  // with the crop of a composition as the file has it
+    std::set<std::tuple<std::string, std::string, std::string>> warned_;  // composition, layer, code
     Progress* progress_ = nullptr;
     std::vector<std::size_t> stepsBefore_;  // in the history, for each composition that was tried
     CropAllResult result_;
@@ -279,9 +318,8 @@ Area areaOf(const std::vector<TriedComp>& comps) {
     return area;
 }
 
-CropAllResult cropAll(Workplace& workplace, const CropAllRequest& request,
-                      const std::function<void(const std::vector<Warning>&)>& onWarnings) {
-    return WholeCrop(workplace, request).run(onWarnings);
+CropAllResult cropAll(Workplace& workplace, const CropAllRequest& request) {
+    return WholeCrop(workplace, request).run();
 }
 
 }  // namespace headless::cli

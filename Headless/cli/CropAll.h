@@ -3,29 +3,29 @@
 
 #pragma once
 
-#include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "cli/Area.h"
 #include "cli/Comparison.h"
-#include "cli/Warnings.h"
+#include "cli/Concerns.h"
 #include "cli/Workplace.h"
 
 namespace headless::cli {
 
 struct CropAllRequest {
-    int padding = 2;           // pixels around the content: what is too faint to be found lies there
-    double leastSaving = 5;    // percent of a composition's area below which it is left
-    bool leaveWarned = false;  // leave compositions that there is a warning about
-    bool plugInOnly = false;   // nothing but what the plug-in does
+    int padding = 2;               // pixels around the content: what is too faint to be found lies there
+    double leastSaving = 5;        // percent of a composition's area below which it is left
+    std::set<std::string> unseen;  // kinds of what is not drawn that are no reason to leave a composition
+    bool plugInOnly = false;       // nothing but what the plug-in does
     int mostFrames = usualFrames;
 };
 
 enum class Outcome {
     Cropped,
-    Left,     // not worth it, or nothing to crop
+    Left,     // not worth it, nothing to crop, or nobody could look whether it is right
     PutBack,  // it would have looked different, or the crop failed
 };
 
@@ -41,10 +41,11 @@ struct TriedComp {
     bool paddingGivenUp = false;        // cropped: less than asked for, as it showed what the frame cuts off
     std::optional<ComparedComp> worst;  // of those that show it, compared before and after this crop
     std::vector<std::string> settled;   // cropped: what was put right besides, a line each
+    std::vector<Concern> notDrawn;      // that the crop touches, of each code the first
 };
 
 struct CropAllResult {
-    std::vector<Warning> warnings;  // before anything was cropped
+    std::vector<Concern> warnings;  // about what was cropped though it is not drawn
     std::vector<TriedComp> comps;   // innermost first
     Comparison comparison;          // of the whole result with the project as it was opened
 
@@ -54,9 +55,7 @@ struct CropAllResult {
 // Of the precomps that something shows.
 Area areaOf(const std::vector<TriedComp>& comps);
 
-// Crops what is open. `onWarnings` is called before the first crop. Throws Stop when the person cancelled;
-// the project is then not to be written.
-CropAllResult cropAll(Workplace& workplace, const CropAllRequest& request,
-                      const std::function<void(const std::vector<Warning>&)>& onWarnings);
+// Crops what is open. Throws Stop when the person cancelled; the project is then not to be written.
+CropAllResult cropAll(Workplace& workplace, const CropAllRequest& request);
 
 }  // namespace headless::cli

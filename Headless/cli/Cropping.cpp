@@ -5,7 +5,6 @@
 #include "cli/Area.h"
 #include "cli/Comps.h"
 #include "cli/Find.h"
-#include "cli/Obstacles.h"
 #include "cli/Print.h"
 #include "cli/Text.h"
 
@@ -96,6 +95,9 @@ void setPreferences(model::Preferences& preferences, const CropRequest& request)
     }
     if (request.deleteMask) {
         preferences.setBool(section, "DeleteMask", true);
+    }
+    if (request.neverPrecompose) {
+        preferences.setLong(section, "ThreeD", 2);
     }
     preferences.keepFromFile();  // they were asked for this once
 }
@@ -223,11 +225,6 @@ CropResult crop(Workplace& workplace, model::Comp& comp, const CropRequest& requ
         selectMask(session, comp, request.mask);
     }
     const std::vector<const model::Item*> targets = cropTargets(project, comp);
-    for (const model::Item* target : targets) {
-        if (const std::string reason = whyNotToCrop(project, *target); !reason.empty()) {
-            throw NothingCropped(inQuotes(target->name) + " is left: " + reason);
-        }
-    }
     const ProjectBefore before(project, targets);
     requireEnabled(session, comp, request.command);
 

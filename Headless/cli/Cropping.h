@@ -26,7 +26,8 @@ struct CropRequest {
     // Preferences; what is not said stays as the store has it.
     std::optional<int> padding, expand;
     bool includeMasks = false, deleteMask = false;
-    bool plugInOnly = false;  // nothing but what the plug-in does
+    bool plugInOnly = false;       // nothing but what the plug-in does
+    bool neverPrecompose = false;  // crop what has 3D layers as it is, without a question
 };
 
 struct CroppedComp {

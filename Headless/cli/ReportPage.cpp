@@ -188,6 +188,7 @@ std::string reportPage(const Json& report, ReportedProject& before, ReportedProj
         }
     }
     shown["anyCompared"] = !shown["compared"].empty();
+    shown["anyNotDrawn"] = !shown["notDrawn"].empty();
     shown["others"] = otherChanges(shown["changed"]);
     shown["anyOthers"] = !shown["others"].empty();
     const Animation animation(shown["animation"], before, after);

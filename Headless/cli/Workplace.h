@@ -50,6 +50,8 @@ class Workplace {
     A_Err run(const std::function<A_Err()>& command);
     // Throws Stop when the person cancelled a dialog, or interrupts. Nothing is then to be written.
     void requireGoingOn() const;
+    // Whether an answer was prepared for dialogs of this title.
+    bool hasAnswer(const std::string& title) const { return answers_.has(title); }
     // The preferences that scripts saved, and the rest with them. Until it is done no interrupt comes: throws
     // Stop like that before, not after.
     void write(const std::function<void()>& rest);

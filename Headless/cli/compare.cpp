@@ -50,13 +50,13 @@ void print(const ComparedComp& comp) {
 }
 
 void print(const Comparison& comparison) {
+    Line() << conclusion(comparison);
     for (const ChangedComp& comp : comparison.changed) {
         print(comp);
     }
     for (const ComparedComp& comp : comparison.compared) {
         print(comp);
     }
-    Line() << conclusion(comparison);
 }
 
 ExitCode run(Options& options) {

@@ -6,6 +6,7 @@
 #include "cli/Output.h"
 #include "cli/Print.h"
 #include "cli/Progress.h"
+#include "cli/Text.h"
 
 namespace headless::cli {
 
@@ -25,7 +26,7 @@ struct Options {
     // Of whole animations.
     bool all = false;
     double leastSaving = CropAllRequest{}.leastSaving;
-    bool leaveWarned = false;
+    std::string unseen;
     bool json = false;
 };
 
@@ -37,11 +38,26 @@ ExitCode runAll(const Options& options) {
     CropAllRequest crop;
     crop.padding = options.request.padding.value_or(crop.padding);
     crop.leastSaving = options.leastSaving;
-    crop.leaveWarned = options.leaveWarned;
+    crop.unseen = unseenKinds(options.unseen);
     crop.plugInOnly = options.request.plugInOnly;
     crop.mostFrames = options.mostFrames;
     return cropFiles({options.workplace, options.projects, options.output, options.inPlace, options.readOnly,
                       options.json, crop});
+}
+
+// Throws NothingCropped where something forbids it.
+std::vector<Concern> concernsAbout(const model::Project& project, const model::Comp& comp) {
+    Concerns concerns(project);
+    std::vector<Concern> all;
+    for (const model::Item* target : cropTargets(project, comp)) {
+        for (Concern& concern : concerns.about(*target)) {
+            if (concern.weight == Concern::Weight::Forbids) {
+                throw NothingCropped(inQuotes(target->name) + " is left: " + sentence(concern));
+            }
+            all.push_back(std::move(concern));
+        }
+    }
+    return all;
 }
 
 ExitCode run(Options& options, bool maskCrop) {
@@ -65,7 +81,7 @@ ExitCode run(Options& options, bool maskCrop) {
 
     Workplace workplace(options.workplace);
     model::Comp& comp = workplace.open(options.selection);
-    print(warningsFor(workplace.session().project(), cropTargets(workplace.session().project(), comp)));
+    printWarnings(concernsAbout(workplace.session().project(), comp));
     if (options.duration) {
         requireFrames(framesOf(cropTargets(workplace.session().project(), comp)), options.mostFrames);
     }
@@ -95,9 +111,11 @@ void addWholeOptions(CLI::App& verb, Options& options) {
         ->check(CLI::Range(0.0, 100.0))
         ->needs(all)
         ->type_name("PERCENT");
-    whole(verb.add_flag("--leave-warned", options.leaveWarned,
-                        "Leave compositions that there is a warning about"))
-        ->needs(all);
+    whole(verb.add_option("--crop-unseen", options.unseen,
+                          "Crop compositions also where this is not drawn here, so that nobody can look\n"
+                          "whether it shifts; several with commas between them"))
+        ->needs(all)
+        ->type_name(allUnseenKinds("|") + "|all");
     whole(verb.add_flag("--json", options.json, "Print what was done as one JSON document"))->needs(all);
 }
 

@@ -190,6 +190,8 @@ class Project {
     std::vector<std::string> outerPictures() const;
     // Throws ProjectError.
     std::string pictureContent(const std::string& picture) const;
+    // Whether both have the same pictures, inside and from elsewhere. Throws ProjectError.
+    bool samePictures(const Project& other) const;
 
     // What the asset of that name says, where it is a picture; null where there is none.
     const Json* pictureAsset(const std::string& id) const;

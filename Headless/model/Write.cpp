@@ -248,6 +248,26 @@ std::string Project::pictureContent(const std::string& picture) const {
     }
 }
 
+bool Project::samePictures(const Project& other) const {
+    const auto inside = [](const Project& project) {
+        std::vector<const Json*> list;
+        for (const Asset& asset : project.assets_) {
+            if (asset.comp == 0) {
+                list.push_back(&asset.json);
+            }
+        }
+        return list;
+    };
+    const std::vector<const Json*> mine = inside(*this);
+    const std::vector<const Json*> theirs = inside(other);
+    const auto outer = outerPictures();
+    return std::equal(mine.begin(), mine.end(), theirs.begin(), theirs.end(),
+                      [](const Json* a, const Json* b) { return *a == *b; }) &&
+           std::all_of(outer.begin(), outer.end(), [&](const std::string& picture) {
+               return pictureContent(picture) == other.pictureContent(picture);
+           });
+}
+
 Json Project::withPicture(const Json& asset) const {
     Json embedded = asset;
     if (const std::string picture = outerPictureOf(asset); !picture.empty()) {

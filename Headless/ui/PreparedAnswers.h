@@ -27,6 +27,8 @@ class PreparedAnswers final : public Answerer {
     // The JSON form, see README.md. Throws std::runtime_error naming the file and the place in it.
     void addFile(const std::filesystem::path& file);
 
+    bool has(const std::string& title) const { return titles_.contains(title); }
+
     Action next(const Dialog& dialog) override;
 
     // A message for the user about the first dialog that was not answered as it should be, and was closed.

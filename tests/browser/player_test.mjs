@@ -18,7 +18,7 @@ const files = {
   "starfish.json": true,
   "animation.json": true,
   "background.json": false,
-  "adrock.json": true,
+  "adrock.json": false,
   "banner.json": true,
   "ripple.json": false,  // an expression in it ends the renderer
 };

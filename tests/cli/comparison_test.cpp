@@ -2,8 +2,11 @@
 
 #include "cli/Comparison.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
+#include <functional>
+
+#include "cli/ComparisonJson.h"
 #include "cli/ExitCode.h"
 #include "support/ProjectSpec.h"
 
@@ -111,6 +114,77 @@ TEST(Comparison, SaysWhereAPictureDiffersMost) {
     EXPECT_EQ(shifted.compared[0].worst.largest, 255);
     EXPECT_EQ(shifted.compared[0].worst.pixels, 40u);  // a column left, a column reached
     EXPECT_EQ(shifted.compared[0].worst.at, (headless::render::PixelPoint{10, 10}));
+}
+
+// "layer in composition" of what differs and is not drawn.
+std::vector<std::string> notDrawn(const CompSpec& before, const CompSpec& after) {
+    std::vector<std::string> result;
+    const Comparison comparison = compared(before, after);
+    for (const Named& named : comparison.notDrawn) {
+        result.push_back(named.layer + " in " + named.comp);
+    }
+    EXPECT_EQ(conclusion(comparison) == "nothing on screen has shifted", result.empty());
+    return result;
+}
+
+TEST(Comparison, NamesWhatDiffersAndIsNotDrawn) {
+    using testing::ElementsAre;
+    const auto scene = [](int size, double anchor, const std::function<void(LayerSpec&)>& change = {}) {
+        LayerSpec use =
+            precomp("Card", {size, size}).with(square(anchor + 10, anchor + 10)).anchor({anchor, anchor});
+        if (change) {
+            change(use);
+        }
+        return project("Scene", {80, 80}).with(std::move(use));
+    };
+    const auto withText = [](LayerSpec& use) { use = std::move(use).with(words("Title")); };
+    const auto withStyle = [](LayerSpec& use) { use.set("sy", Json::parse(R"([{"ty": 1}])")); };
+    EXPECT_EQ(notDrawn(scene(60, 0), scene(40, -10)), std::vector<std::string>{});
+    EXPECT_THAT(notDrawn(scene(60, 0, withText), scene(40, -10, withText)), ElementsAre("Title in Card"));
+    EXPECT_THAT(notDrawn(scene(60, 0, withStyle), scene(40, -10, withStyle)), ElementsAre("Card in Scene"));
+    // Moved with all that is in it, at any depth, and through what lies above it.
+    const auto deep = [&](double anchor) {
+        LayerSpec outer =
+            precomp("Outer", {70, 70}).with(precomp("Card", {60, 60}).with(words("Title")).anchor({anchor, 0}));
+        withStyle(outer);
+        return project("Scene", {80, 80}).with(std::move(outer)).with(square(0, 0));
+    };
+    EXPECT_THAT(notDrawn(deep(0), deep(1)), testing::UnorderedElementsAre("Outer in Scene", "Title in Card"));
+
+    // What is the same in both, and that nothing goes through which is not, needs no mention.
+    const auto beside = [&](double x, const std::string& name) {
+        return project("Scene", {80, 80})
+            .with(precomp("Other", {50, 50}).with(words("Still")))
+            .with(words(name))
+            .with(square(x, 3));
+    };
+    EXPECT_EQ(notDrawn(beside(3, "Title"), beside(3.001, "Title")), std::vector<std::string>{});
+    EXPECT_THAT(notDrawn(beside(3, "Title"), beside(3, "Titles")), ElementsAre("Title in Scene"));
+    // A child moves with its parent; what is new or gone differs.
+    const auto child = [&](double x) {
+        return project("Scene", {80, 80})
+            .with(null("Parent").at({x, 0}).index(1))
+            .with(words("Child").childOf(1));
+    };
+    EXPECT_THAT(notDrawn(child(0), child(1)), ElementsAre("Child in Scene"));
+    EXPECT_THAT(notDrawn(project("Scene", {80, 80}), project("Scene", {80, 80}).with(words("New"))),
+                ElementsAre("New in Scene"));
+}
+
+TEST(Comparison, TheConclusionNamesTheFirstOfMuch) {
+    const auto texts = [](double x) {
+        CompSpec spec = project("Scene", {80, 80});
+        for (int i = 0; i < 5; ++i) {
+            spec.layers.push_back(words("T" + std::to_string(i)).at({x, 0}));
+        }
+        return spec;
+    };
+    const Comparison comparison = compared(texts(0), texts(1));
+    const std::string what = comparison.notDrawn.at(0).what;
+    EXPECT_EQ(conclusion(comparison), "nothing that can be drawn has shifted; not drawn: " + what +
+                                          " of \"T0\" in \"Scene\", " + what + " of \"T1\" in \"Scene\", " +
+                                          what + " of \"T2\" in \"Scene\" and 2 more");
+    EXPECT_EQ(comparisonJson(comparison)["notDrawn"].size(), 5u);
 }
 
 TEST(Comparison, OneFrameOfOneComposition) {

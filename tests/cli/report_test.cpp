@@ -94,6 +94,12 @@ TEST_F(ReportProgram, ExitCodesAndRefusals) {
               Json::parse(run({"compare", before, shifted, "--json"}).out)["verdict"]);
     EXPECT_THAT(contentOf(page), HasSubstr("the pictures differ"));
 
+    const std::string text = write("text.json", project("Scene", {80, 80}).with(words("Title")).text());
+    const std::string other = write("other.json", project("Scene", {80, 80}).with(words("Other")).text());
+    EXPECT_THAT(run({"report", text, other, "-o", page}).out,
+                testing::StartsWith("nothing that can be drawn has shifted; not drawn: "));
+    EXPECT_THAT(contentOf(page), HasSubstr("of <bdi>Title</bdi> in <bdi>Scene</bdi>"));
+
     EXPECT_THAT(run({"report", before, shifted}).err, HasSubstr("-o"));
     EXPECT_EQ(run({"report", before, shifted, "-o", shifted}).code, ExitCode::BadInput);
     EXPECT_EQ(contentOf(shifted), scene({20, 20}, 0, {-13, -10}).text());

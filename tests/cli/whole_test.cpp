@@ -100,8 +100,7 @@ TEST_F(Whole, WhatWouldShiftIsPutBack) {
     EXPECT_THAT(lines(file), ElementsAre("Card put back 100 x 100"));
     EXPECT_THAT(file["compositions"][0]["reason"].get<std::string>(), HasSubstr("of \"Scene\" would differ"));
     EXPECT_EQ(file["compositions"][0]["difference"]["verdict"], "shifted");
-    EXPECT_EQ(file["warnings"][0]["kind"], "use sizes");
-    EXPECT_EQ(file["warnings"][0]["layer"], "Small \"one\"");
+    EXPECT_EQ(file["warnings"], Json::array());  // it has been looked at
     EXPECT_EQ(contentOf(pathOf("out.json")), disagreeing.text());
 }
 
@@ -109,7 +108,8 @@ TEST_F(Whole, PrecomposingIsNoSaving) {
     const CompSpec spec =
         project("Scene", {300, 200})
             .with(precomp("Card", {200, 200}).with(solid("s", {20, 20}).at({50, 60, 0}).threeD()));
-    EXPECT_THAT(lines(all(spec, {"--answer", "3D Layers=Yes"})), ElementsAre("Card left 200 x 200"));
+    EXPECT_THAT(lines(all(spec, {"--answer", "3D Layers=Yes", "--crop-unseen", "3d"})),
+                ElementsAre("Card left 200 x 200"));
     EXPECT_EQ(outcome.code, ExitCode::NothingToDo);
     const Json file = Json::parse(outcome.out)["files"][0];
     EXPECT_THAT(file["compositions"][0]["reason"].get<std::string>(),
@@ -117,39 +117,107 @@ TEST_F(Whole, PrecomposingIsNoSaving) {
     EXPECT_EQ(file["area"]["after"], file["area"]["before"]);
     EXPECT_EQ(contentOf(pathOf("out.json")), spec.text());
 
-    const Json direct = all(spec, {"--answer", "3D Layers=No"});
-    EXPECT_THAT(lines(direct), ElementsAre("Card cropped 24 x 24"));
-    EXPECT_EQ(direct["compositions"][0]["corner"], Json::parse(R"({"x": 48.0, "y": 58.0})"));
+    // Nobody is asked: it is cropped as it is, whatever is remembered for single crops.
+    const std::string remembered = write("kestrin.prefs", "[\"Kestrin\"]\n\t\"ThreeD\" = \"1\"\n");
+    for (const std::vector<std::string>& more :
+         {std::vector<std::string>{}, {"--answer", "3D Layers=No"}, {"--preferences", remembered}}) {
+        std::vector<std::string> options{"--crop-unseen", "3d"};
+        options.insert(options.end(), more.begin(), more.end());
+        const Json direct = all(spec, options);
+        EXPECT_THAT(lines(direct), ElementsAre("Card cropped 24 x 24"));
+        EXPECT_EQ(direct["compositions"][0]["corner"], Json::parse(R"({"x": 48.0, "y": 58.0})"));
+    }
 }
 
-TEST_F(Whole, WarningsNameCompositionAndLayer) {
-    const Json expression = {{"a", 0}, {"k", {0, 0}}, {"x", "var $bm_rt = value;"}};
-    const CompSpec spec = project("Scene", {300, 200})
-                              .with(precomp("Card", {200, 200})
-                                        .with(text("Title"))
-                                        .with(solid("Moves", {20, 20}).set("ks", {{"p", expression}}))
-                                        .with(solid("Flat", {20, 20}).at({90, 90}))
-                                        .set("ef", Json::parse(R"([{"ty": 29, "ef": []}])"))
-                                        .index(1))
-                              .with(precomp("Plain", {50, 50}).with(solid("s", {10, 10}).at({20, 20})))
-                              .with(null("Child").childOf(1).set("ks", {{"p", expression}}));
-    const Json file = all(spec);
-    std::vector<std::string> warnings;
-    for (const Json& warning : file["warnings"]) {
-        warnings.push_back(warning["kind"].get<std::string>() + ": " + warning["layer"].get<std::string>() +
-                           " in " + warning["composition"].get<std::string>());
-    }
-    EXPECT_THAT(warnings, testing::UnorderedElementsAre("not drawn: Title in Card", "not drawn: Moves in Card",
-                                                        "expression: Moves in Card", "effect: Card in Scene",
-                                                        "expression: Child in Scene"));
-    EXPECT_THAT(lines(all(spec, {"--leave-warned"})),
-                ElementsAre("Card left 200 x 200", "Plain cropped 14 x 14"));
+// A card that could be cropped to its square, and what makes it impossible to look at the result.
+LayerSpec card(const std::string& name) {
+    return precomp(name, {200, 200}).with(solid("Square", {20, 20}).at({90, 90}));
+}
+const Json style = Json::parse(R"([{"ty": 1, "c": {"a": 0, "k": [0, 0, 0, 1]}}])");
+const Json reaching = Json::parse(
+    R"js({"a": 0, "k": [0, 0], "x": "var $bm_rt = comp('Card').layer('Square').transform.position;"})js");
 
-    const Json alone = all(project("Scene", {300, 200})
-                               .with(useOf("Card", {200, 0}))
-                               .having(comp("Card", {200, 200}).with(solid("s", {10, 10}))));
-    const std::string sizes = alone["warnings"].at(0)["text"];
-    EXPECT_THAT(sizes, AllOf(HasSubstr("shows \"Card\" at 200 x 0"), Not(HasSubstr("another use"))));
+TEST_F(Whole, WhatCannotBeLookedAtIsLeftUnlessChosen) {
+    const CompSpec spec = project("Scene", {300, 200})
+                              .with(card("Holder").with(precomp("Inner", {50, 50}).with(words("Title"))))
+                              .with(card("Styled").set("sy", style))
+                              .with(card("Plain"))
+                              .with(words("Beside"));
+    const Json file = all(spec);
+    EXPECT_EQ(outcome.code, ExitCode::Done) << outcome.err;
+    EXPECT_THAT(lines(file), ElementsAre("Inner left 50 x 50", "Holder left 200 x 200", "Styled left 200 x 200",
+                                         "Plain cropped 24 x 24"));
+    EXPECT_THAT(file["compositions"][1]["reason"].get<std::string>(),
+                HasSubstr("\"Title\" in \"Inner\" has text"));
+    EXPECT_EQ(file["compositions"][1]["notDrawn"][0]["kind"], "text");
+    EXPECT_EQ(file["compositions"][2]["notDrawn"][0]["layer"], "Styled");
+    EXPECT_EQ(file["compositions"][2]["notDrawn"][0]["kind"], "styles");
+    EXPECT_EQ(file["compositions"][3]["notDrawn"], Json::array());
+    EXPECT_EQ(file["warnings"], Json::array());
+    EXPECT_EQ(file["comparison"]["conclusion"], "nothing on screen has shifted");
+
+    // What is chosen is cropped, and said.
+    const Json chosen = all(spec, {"--crop-unseen", "text,3d"});
+    EXPECT_THAT(lines(chosen), ElementsAre("Inner left 50 x 50", "Holder cropped 24 x 24",
+                                           "Styled left 200 x 200", "Plain cropped 24 x 24"));
+    ASSERT_EQ(chosen["warnings"].size(), 1u);
+    EXPECT_EQ(chosen["warnings"][0]["layer"], "Title");
+    EXPECT_EQ(chosen["warnings"][0]["kind"], "text");
+    EXPECT_EQ(chosen["warnings"][0]["code"], file["compositions"][1]["notDrawn"][0]["code"]);
+    EXPECT_THAT(chosen["comparison"]["conclusion"].get<std::string>(),
+                testing::StartsWith("nothing that can be drawn has shifted; not drawn: text"));
+    EXPECT_THAT(lines(all(spec, {"--crop-unseen", "all"})), testing::Contains("Styled cropped 24 x 24"));
+
+    const auto said = [&](std::vector<std::string> more) {
+        more.insert(more.begin(), {"crop", "--all", pathOf("in.json"), "-o", pathOf("out.json")});
+        return run(more);
+    };
+    EXPECT_THAT(said({}).err, HasSubstr("note: --crop-unseen styles,text"));
+    EXPECT_THAT(said({"--crop-unseen", "all"}).err,
+                AllOf(HasSubstr("warning: \"Title\" in \"Inner\" has text"), Not(HasSubstr("note:"))));
+    const Outcome wrong = said({"--crop-unseen", "text,glyphs"});
+    EXPECT_EQ(wrong.code, ExitCode::BadInput);
+    EXPECT_THAT(wrong.err, AllOf(HasSubstr("no kind \"glyphs\""), HasSubstr("expressions")));
+}
+
+TEST_F(Whole, WhatAPictureGoesThroughCounts) {
+    const auto left = [&](const CompSpec& spec) {
+        const Json file = all(spec);
+        EXPECT_EQ(lines(file).back(), "Card left 200 x 200") << file.dump();
+        return file["compositions"].back()["reason"].get<std::string>();
+    };
+    // Its matte, what it is a matte of, its children, and expressions that reach for it by name.
+    EXPECT_THAT(
+        left(project("Scene", {300, 200}).with(words("Matte").set("td", 1)).with(card("Card").set("tt", 1))),
+        HasSubstr("\"Matte\" in \"Scene\" has text"));
+    EXPECT_THAT(left(project("Scene", {300, 200})
+                         .with(card("Card").set("td", 1).index(7).hidden())
+                         .with(null("Between"))
+                         .with(words("Cut").set("tt", 1).set("tp", 7))),
+                HasSubstr("\"Cut\" in \"Scene\" has text"));
+    EXPECT_THAT(left(project("Scene", {300, 200}).with(card("Card").index(1)).with(words("Child").childOf(1))),
+                HasSubstr("\"Child\" in \"Scene\" has text"));
+    EXPECT_THAT(left(project("Scene", {300, 200})
+                         .with(solid("Far", {9, 9}).set("ks", {{"p", reaching}}))
+                         .with(card("Card"))),
+                HasSubstr("\"Far\" in \"Scene\" has"));
+}
+
+TEST_F(Whole, AnExpressionThatIsDrawnIsComparedNotFeared) {
+    const auto scene = [](const std::string& script) {
+        Json position{{"a", 0}, {"k", {90, 90}}, {"x", script}};
+        LayerSpec square = solid("Square", {20, 20}).set("ks", {{"p", position}});
+        return project("Scene", {300, 200}).with(precomp("Card", {200, 200}).with(std::move(square)));
+    };
+    // One follows the value below it, which the crop corrects; the other does not.
+    EXPECT_THAT(lines(all(scene("var $bm_rt = value;"))), ElementsAre("Card cropped 24 x 24"));
+    EXPECT_EQ(Json::parse(outcome.out)["files"][0]["warnings"], Json::array());
+    EXPECT_THAT(lines(all(scene("var $bm_rt = [90, 90];"))), ElementsAre("Card put back 200 x 200"));
+
+    // A single crop looks at nothing, so it warns.
+    const std::string file = write("in.json", scene("var $bm_rt = [90, 90];").text());
+    EXPECT_THAT(run({"crop", file, "--layer", "Card", "-o", pathOf("one.json")}).err,
+                HasSubstr("warning: \"Square\" in \"Card\" has an expression on its position"));
 }
 
 TEST_F(Whole, ABatchGoesOnAfterABadFile) {

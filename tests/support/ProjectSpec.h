@@ -229,6 +229,11 @@ inline LayerSpec camera(const std::string& name) {
 inline LayerSpec text(const std::string& name) {
     return {5, name};
 }
+// Text in a font that nobody has.
+inline LayerSpec words(const std::string& name) {
+    return text(name).set("t", Json::parse(R"({"a": [], "m": {"g": 1}, "p": {}, "d": {"k": [
+        {"t": 0, "s": {"t": "Words", "f": "Nobody's", "s": 20, "j": 0, "fc": [0, 0, 0]}}]}})"));
+}
 inline LayerSpec shape(const std::string& name) {
     LayerSpec layer(4, name);
     layer.set("shapes", Json::array());
