@@ -8,8 +8,8 @@
 
 #include "archive/DotLottie.h"
 #include "cli/ExitCode.h"
-#include "cli/Supervisor.h"
 #include "cli/Print.h"
+#include "cli/Supervisor.h"
 #include "cli/Text.h"
 
 namespace headless::cli {

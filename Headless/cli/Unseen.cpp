@@ -1,10 +1,12 @@
 #include "cli/Unseen.h"
 
 #include <algorithm>
+#include <set>
 #include <sstream>
 
 #include "cli/ExitCode.h"
 #include "cli/Text.h"
+#include "render/Renderer.h"
 
 namespace headless::cli {
 
@@ -15,6 +17,14 @@ namespace {
 int numberAt(const Json& json, const char* name) {
     const auto found = json.find(name);
     return found != json.end() && found->is_number() ? static_cast<int>(found->get<double>()) : 0;
+}
+
+std::set<std::string> fontNames() {
+    std::set<std::string> names;
+    for (const auto& [name, file] : render::usualLimits().fonts) {
+        names.insert(name);
+    }
+    return names;
 }
 
 std::vector<std::string> kindNames() {
@@ -42,7 +52,7 @@ Json namedJson(const Named& named) {
 const std::vector<sight::Unseen>& Unseen::in(const model::Comp& comp) {
     const auto [known, isNew] = unseen_.try_emplace(&comp);
     if (isNew) {
-        known->second = sight::unseenIn(project_, comp);
+        known->second = sight::unseenIn(project_, comp, fontNames());
     }
     return known->second;
 }

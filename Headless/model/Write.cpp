@@ -290,8 +290,8 @@ std::string Project::write() const {
     return out;
 }
 
-// Ranges of text that are animated in random order, another in each player: the renderer ends in a fault where one
-// of them is empty.
+// Ranges of text that are animated in random order, another in each player: the renderer ends in a fault where
+// one of them is empty.
 static void setInOrder(Json& text) {
     if (const auto ranges = text.find("a"); text.is_object() && ranges != text.end() && ranges->is_array()) {
         for (Json& range : *ranges) {

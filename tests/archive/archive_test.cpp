@@ -86,9 +86,9 @@ TEST(Archive, PicturesComeFromTheArchiveHoweverTheyAreStated) {
                                                                   {"/i/", "dot.png"}};
     for (const auto& [folder, name] : stated) {
         SCOPED_TRACE(folder + name);
-        const auto archive =
-            readArchive(packed({{"a/x.json", withPicture(folder, name)}, {"images/dot.png", "\xFF\xD8\xFF bytes"}}),
-                        "x.lottie");
+        const auto archive = readArchive(
+            packed({{"a/x.json", withPicture(folder, name)}, {"images/dot.png", "\xFF\xD8\xFF bytes"}}),
+            "x.lottie");
         const auto opened = openAnimation(archive, "");
         EXPECT_THAT(opened->documentOf(opened->root(), opened->root().item->size),
                     HasSubstr(R"("p":"data:image/jpeg;base64,/9j/IGJ5dGVz")"));

@@ -15,10 +15,10 @@ const files = {
   "puzzle.json": true,
   "coins.json": true,
   "morph-search.json": true,
-  "starfish.json": true,
+  "starfish.json": false,  // expressions that are not drawn
   "animation.json": true,
   "background.json": false,
-  "adrock.json": false,
+  "adrock.json": true,
   "banner.json": true,
   "ripple.json": false,  // an expression in it ends the renderer
 };

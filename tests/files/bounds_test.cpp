@@ -176,7 +176,8 @@ TEST_F(Bounds, SignalsToTheProgramEndItsWork) {
         int status = 0;
         ::waitpid(program, &status, 0);
         if (signal == SIGINT) {
-            EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == static_cast<int>(ExitCode::Cancelled)) << status;
+            EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == static_cast<int>(ExitCode::Cancelled))
+                << status;
         } else {
             EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << signal << " " << status;
         }

@@ -176,12 +176,7 @@ struct Fails : Story {
              command},
             {"WholeComposition", 60, [](Fails& story) { story.openBrief({}, 0); }, command},
             {"EmptyComposition", 15, [](Fails& story) { story.openBrief({}, 3); }, command},
-            {"EmptyLayer", 25,
-             [](Fails& story) {
-                 story.openBrief({"Card"}, 0);
-                 story.layer("s", "Card").position.value = {9000, 9000, 0};
-             },
-             command},
+            {"EmptyLayer", 25, [](Fails& story) { story.openBrief({"Card"}, 0, 9000); }, command},
             {"NoLayerAtTheTime", 10, [](Fails& story) { story.openBrief({"Card"}, 3); }, command},
             {"ProjectPanel", 150,
              [=](Fails& story) {

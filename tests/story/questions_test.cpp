@@ -50,8 +50,8 @@ TEST_F(Resolution, FastUsesThePixelsThereAre) {
         answers.answer("Low Resolution", button);
         openAt(factorX, 2);
         EXPECT_EQ(run(), 0);
-        // Half-size columns 75 to 124 are 150 to 248: the last one's block is not extended, and the renderer leaves
-        // out the column that the rectangle covers half.
+        // Half-size columns 75 to 124 are 150 to 248: the last one's block is not extended, and the renderer
+        // leaves out the column that the rectangle covers half.
         EXPECT_EQ(sizeOf("A"), (Size{factorX == 2 ? 99 : 101, 49}));
         EXPECT_EQ(sizeOf("B"), (Size{factorX == 2 ? 99 : 100, 49}));
     }
