@@ -166,6 +166,12 @@ void ThorVG::aimAt(const Target& target) {
 
 void ThorVG::draw(float frame, const Target& target) {
     if (!(target == target_)) aimAt(target);
+    // Cleared here, since the module would do so word by word.
+    std::byte* row = reinterpret_cast<std::byte*>(module_memory(&module_->instance)->data) + targetAddress +
+                     target.offset % static_cast<std::uint64_t>(::sysconf(_SC_PAGESIZE));
+    for (int y = 0; y < target.height; ++y, row += target.rowBytes) {
+        std::memset(row, 0, static_cast<std::size_t>(target.width) * sizeof(std::uint32_t));
+    }
     std::uint32_t results[5] = {};
     call([&] {
         Z_thorvg_instance_t* const module = &module_->instance;
@@ -175,7 +181,7 @@ void ThorVG::draw(float frame, const Target& target) {
         }
         results[1] = module_tvg_animation_set_frame(module, animation_, frame);
         results[2] = module_tvg_canvas_update(module, canvas_);
-        results[3] = module_tvg_canvas_draw(module, canvas_, 1);
+        results[3] = module_tvg_canvas_draw(module, canvas_, 0);
         results[4] = module_tvg_canvas_sync(module, canvas_);
     });
     pictureWidth_ = target.width;
