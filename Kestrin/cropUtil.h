@@ -57,8 +57,7 @@ A_Err PreCompose(int pluginId, SPBasicSuite* basic, AEGP_CompH comp, unsigned in
 // ---- Shifting ------------------------------------------------------------------------------------------
 
 // Adds (dx, dy, dz) to the layer's Position at a composition time, or sets it to that if `absolute` is
-// non-zero. Keyframes are not looked at: the host's answer to setting the value is the result. A null layer
-// gives A_Err_PARAMETER without a host call.
+// non-zero. Keyframes are not looked at: the host's answer to setting the value is the result.
 A_Err ShiftLayerPosition(SPBasicSuite* basic, int pluginId, AEGP_LayerH* layer, A_Time time, double dx,
                          double dy, double dz, unsigned char absolute);
 

@@ -6,9 +6,6 @@
 
 A_Err cropUtil::ShiftLayerPosition(SPBasicSuite* basic, int pluginId, AEGP_LayerH* layer, A_Time time,
                                    double dx, double dy, double dz, unsigned char absolute) {
-    if (layer == nullptr || *layer == nullptr) {
-        return A_Err_PARAMETER;
-    }
     return operation(basic, [&](AEGP_SuiteHandler& suites, Result& result) {
         Stream stream(suites, result);
         StreamValue value(suites, result, pluginId);
