@@ -16,7 +16,7 @@ namespace {
 
 Session* currentSession = nullptr;
 
-constexpr std::size_t callsRemembered = 200;
+constexpr std::size_t callsRemembered = 2000;
 constexpr double ticksPerFrame = 1000;
 constexpr AEGP_PluginID pluginId = 0x4B53;
 constexpr std::uint64_t shiftKey = 1ull << 17;
